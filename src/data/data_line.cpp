@@ -1,0 +1,199 @@
+#include "data/data_line.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "spec/clean_line.h"
+#include "support/bytes.h"
+#include "support/failure.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+namespace {
+
+enum class ByteKind : unsigned char { Plain, Comma, Blank, Special };
+
+constexpr std::array<ByteKind, 256> ByteKinds() {
+  std::array<ByteKind, 256> kinds{};
+  for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
+  for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xFF'}) kinds[special] = ByteKind::Special;
+  kinds[','] = ByteKind::Comma;
+  kinds[' '] = ByteKind::Blank;
+  return kinds;
+}
+
+constexpr std::array<ByteKind, 256> kByteKinds = ByteKinds();
+
+/// What lies between `first` and `last` without the blanks around it.
+std::string_view Trimmed(const char* first, const char* last) {
+  while (first != last && *first == ' ') ++first;
+  while (first != last && last[-1] == ' ') --last;
+  return {first, static_cast<std::size_t>(last - first)};
+}
+
+bool AllEmpty(const std::vector<std::string_view>& fields) {
+  return std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); });
+}
+
+/// One field for each run of characters between blanks.
+void SplitAtBlanks(std::string_view line, std::vector<std::string_view>& fields) {
+  for (std::size_t end = 0; fields.size() <= kMostDataFields + 2;) {
+    const std::size_t first = line.find_first_not_of(' ', end);
+    if (first == std::string_view::npos) return;
+    end = std::min(line.find(' ', first), line.size());
+    fields.push_back(line.substr(first, end - first));
+  }
+}
+
+/// One field for each piece between commas, trimmed.
+void SplitAtCommas(std::string_view line, std::vector<std::string_view>& fields) {
+  for (std::size_t first = 0; fields.size() <= kMostDataFields + 2;) {
+    const std::size_t comma = std::min(line.find(',', first), line.size());
+    fields.push_back(TrimBlanks(line.substr(first, comma - first)));
+    if (comma == line.size()) return;
+    first = comma + 1;
+  }
+}
+
+/// The number of digits and at most one decimal point, if `text` is that and single precision holds it.
+std::optional<float> ReplicationNumber(std::string_view text) {
+  const auto points = std::count(text.begin(), text.end(), '.');
+  const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
+  if (digits == 0 || points > 1 || static_cast<std::size_t>(points + digits) != text.size()) return {};
+  const double number = LeadingNumber(text);
+  if (number > double(std::numeric_limits<float>::max())) return {};
+  return static_cast<float>(number);
+}
+
+}  // namespace
+
+bool SplitPlainLine(std::string_view raw, std::vector<std::string_view>& fields) {
+  fields.resize(1);
+  fields[0] = {};
+  const char* first = raw.data();
+  const char* const end = first + raw.size();
+  bool blanks = false;
+  for (const char* at = first; at != end; ++at) {
+    const ByteKind kind = kByteKinds[static_cast<unsigned char>(*at)];
+    if (kind == ByteKind::Plain) continue;
+    if (kind == ByteKind::Special) return false;
+    if (kind == ByteKind::Blank) {
+      blanks = true;
+      continue;
+    }
+    if (fields.size() > kMostDataFields) return false;
+    fields.push_back(Trimmed(first, at));
+    first = at + 1;
+  }
+  if (fields.size() == 1 && blanks) {
+    SplitAtBlanks(raw, fields);
+    return fields.size() <= kMostDataFields + 1;
+  }
+  fields.push_back(Trimmed(first, end));
+  if (fields[1].empty() && AllEmpty(fields)) fields.resize(1);
+  return true;
+}
+
+void SplitAnyLine(std::string_view raw, std::string& work, std::vector<std::string_view>& fields) {
+  fields.assign(1, {});
+  CleanLine(raw, false, work);
+  if (work.empty()) return;
+  std::replace(work.begin(), work.end(), '=', ',');
+  const bool commas = work.find(',') != std::string::npos;
+  std::replace(work.begin(), work.end(), '\xFF', commas ? ' ' : ',');
+  const char separator = work.find(',') != std::string::npos ? ' ' : ',';
+  std::replace(work.begin(), work.end(), '\t', separator);
+  const std::string_view trimmed = TrimBlanks(work);
+  work.assign(trimmed.data(), trimmed.size());
+  std::replace_if(
+      work.begin(), work.end(), [](char c) { return c == '"' || c == '\''; }, separator);
+  if (work.empty()) return;
+  if (work.front() == '*') {
+    fields.push_back(std::string_view(work).substr(0, 1));
+  } else if (work.find(',') == std::string::npos) {
+    SplitAtBlanks(work, fields);
+  } else {
+    SplitAtCommas(work, fields);
+  }
+}
+
+std::string QuotedLine(std::string_view line) {
+  constexpr std::size_t kLongestQuote = 1000;
+  if (line.size() <= kLongestQuote) return std::string(line);
+  return std::string(line.substr(0, kLongestQuote)) + " ...";
+}
+
+DataLine::DataLine(const ColumnTable& columns, std::string replicationPrefix)
+    : columns_(columns), prefix_(std::move(replicationPrefix)), supplied_(columns.size()), counters_(columns.size()) {
+  for (const ColumnNumber column : columns.all()) {
+    if (columns[column].OnTheLine()) continue;
+    allOnTheLine_ = false;
+    supplied_[column] = Replaced(columns[column].DvalueText, '_', '-');
+    const std::string counter = UpperAscii(columns[column].DvalueText);
+    if (counter == "$L" || counter == "$C") counters_[column] = counter[1];
+  }
+}
+
+void DataLine::Split(std::string_view raw, std::int64_t fileLines, std::int64_t dataLines) {
+  replication_ = 1;
+  replicationField_.clear();
+  plain_ = SplitPlainLine(raw, fields_);
+  if (!plain_) SplitAnyLine(raw, work_, fields_);
+  blank_ = fields_.size() == 1;
+  if (blank_) return;
+  // A quote mark in front has become a delimiter: such a line does not start with its first field.
+  const bool fromStart = plain_ || fields_[1].data() == work_.data();
+  if (fromStart && !prefix_.empty() && !fields_[1].empty() && UpperAscii(fields_[1].front()) == prefix_.front())
+    TakeReplication();
+  if (!allOnTheLine_ && !EndsData()) SupplyColumns(fileLines, dataLines);
+  if (fields_.size() > kMostDataFields + 1) throw Halt{FailureCode::TooManyFields, {}};
+  if (!plain_) ReadUnderlinesAsHyphens();
+}
+
+void DataLine::TakeReplication() {
+  const std::string_view first = fields_[1];
+  if (first.size() <= prefix_.size() || UpperAscii(first.substr(0, prefix_.size())) != prefix_) return;
+  const std::string_view behind = first.substr(prefix_.size());
+  const std::optional<float> number = ReplicationNumber(TrimBlanks(behind));
+  if (!number) return;
+  replication_ = *number;
+  replicationField_ = prefix_ + std::string(behind);
+  fields_.erase(fields_.begin() + 1);
+}
+
+void DataLine::SupplyColumns(std::int64_t fileLines, std::int64_t dataLines) {
+  delimited_.swap(fields_);
+  fields_.assign(1, {});
+  for (std::size_t next = 1; next < delimited_.size() && fields_.size() <= kMostDataFields + 1;) {
+    const ColumnNumber column{static_cast<std::int32_t>(fields_.size())};
+    const bool onTheLine = !columns_.holds(column) || columns_[column].OnTheLine();
+    fields_.push_back(onTheLine ? delimited_[next++] : Supplied(column, fileLines, dataLines));
+  }
+}
+
+std::string_view DataLine::Supplied(ColumnNumber column, std::int64_t fileLines, std::int64_t dataLines) {
+  if (columns_[column].Derived()) supplied_[column].clear();
+  if (counters_[column] == 'L') supplied_[column] = TrimBlanks(GeneralText(fileLines));
+  if (counters_[column] == 'C') supplied_[column] = TrimBlanks(GeneralText(dataLines));
+  return supplied_[column];
+}
+
+void DataLine::ReadUnderlinesAsHyphens() {
+  for (const ColumnNumber column : columns_.all()) {
+    if (column.value > FieldCount()) return;
+    if (!columns_[column].OnTheLine()) continue;
+    const std::string_view field = fields_[static_cast<std::size_t>(column.value)];
+    const auto first = work_.begin() + (field.data() - work_.data());
+    std::replace(first, first + static_cast<std::ptrdiff_t>(field.size()), '_', '-');
+  }
+}
+
+void DataLine::SetDerived(ColumnNumber column, std::string text) {
+  supplied_[column] = std::move(text);
+  if (column.value <= FieldCount()) fields_[static_cast<std::size_t>(column.value)] = supplied_[column];
+}
+
+}  // namespace tessaly

@@ -1,0 +1,51 @@
+// How an observation lies in the work files.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "state/facets.h"
+#include "state/indexes.h"
+
+namespace tessaly {
+
+/// What is stored of one response besides its elements.
+struct ObservationRecord {
+  CellNumber ObsCell{0};
+  /// Weight of the data line.
+  float Replication = 1;
+  /// Raw response after recoding.
+  std::int16_t ObsResponse = 0;
+};
+
+constexpr std::int32_t kObservationRecordLength = 10;
+void PackObservation(const ObservationRecord& record, unsigned char* bytes);
+ObservationRecord UnpackObservation(const unsigned char* bytes);
+
+/// The element record: for each position the element's place in its facet (0 for none), in as few bytes as the facet's
+/// size allows, low byte first. So records are as short as the facets allow.
+class ElementLayout {
+ public:
+  ElementLayout(const FacetTable& facets, const FieldMap& fields);
+
+  /// Bytes of a record; 0 when no facet has elements.
+  std::int32_t ElementRecordLength() const { return length_; }
+  std::int32_t ActiveFacetCount() const { return positions_; }
+
+  /// `elements[p - 1]` is the record index in position p, 0 for none.
+  void Pack(const ElementIndex* elements, unsigned char* bytes) const;
+  void Unpack(const unsigned char* bytes, ElementIndex* elements) const;
+
+ private:
+  struct Slot {
+    std::int32_t At;
+    std::int32_t Width;
+    std::int32_t FirstElement;
+  };
+
+  std::vector<Slot> slots_;
+  std::int32_t length_ = 0;
+  std::int32_t positions_ = 0;
+};
+
+}  // namespace tessaly

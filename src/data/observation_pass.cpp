@@ -1,0 +1,142 @@
+#include "data/observation_pass.h"
+
+#include <algorithm>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::int64_t kPollEvery = 100;
+constexpr std::int64_t kMarksPerPass = 50;
+
+}  // namespace
+
+ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control,
+                                 Console& console, FacetMeans means)
+    : store_(store),
+      elements_(analysis.Elements),
+      models_(analysis.Models),
+      control_(control),
+      console_(console),
+      takeOffMeans_(means == FacetMeans::TakeOff),
+      marksEvery_(std::max<std::int64_t>(store.ValidResponses() / kMarksPerPass, 1)) {
+  for (const ModelCell& cell : models_.Cells) {
+    const ModelStatement& statement = models_.Statements[cell.CellModel];
+    cells_.push_back({cell.CellModel, cell.CellScale, statement.ModelType,
+                      analysis.Scales.Scales[cell.CellScale].ScaleTopCategory, statement.ModelWeight,
+                      analysis.Scales.CategoryOrdinal.Row(cell.CellScale)});
+    anyNegative_ = anyNegative_ || statement.HasNegative();
+  }
+  for (const ActivePosition& position : analysis.Fields.Positions) {
+    const Facet& facet = analysis.Facets[position.PositionFacet];
+    positions_.push_back({facet.FacetPositive, facet.FacetMeanMeasure});
+  }
+  elementsAtHand_.resize(positions_.size());
+  current_.Elements.resize(positions_.size());
+}
+
+void ObservationPass::StartPass() { console_.ShowProgress(">", false); }
+
+void ObservationPass::ReadObservation() {
+  if (current_.ObservationIndex == store_.ValidResponses()) {
+    ended_ = true;
+    console_.ShowProgress("<", true);
+    return;
+  }
+  ++current_.ObservationIndex;
+  Expand(store_.Read(current_.ObservationIndex, elementsAtHand_.data()));
+  Tick();
+}
+
+void ObservationPass::Tick() {
+  if (current_.ObservationIndex % kPollEvery != 0) return;
+  control_.Poll();
+  if (current_.ObservationIndex % marksEvery_ < kPollEvery) console_.ShowProgress(".", false);
+}
+
+void ObservationPass::Expand(const ObservationRecord& record) {
+  const CellFacts& cell = cells_[static_cast<std::size_t>(record.ObsCell.value)];
+  Observation& obs = current_;
+  obs.CurrentCell = record.ObsCell;
+  obs.CurrentStatement = cell.Statement;
+  obs.CurrentScale = cell.Scale;
+  obs.CurrentType = cell.Type;
+  obs.CurrentTop = cell.Top;
+  obs.ObsResponse = record.ObsResponse;
+  obs.ObsOrdinal = record.ObsResponse;
+  obs.Replication = record.Replication;
+  obs.ObsWeight = record.Replication * cell.Weight;
+  obs.MeasureSum = 0;
+  obs.MeanOffsetSum = 0;
+  obs.Status = ReadStatus::Usable;
+  if (cell.Top < 1) {
+    obs.Status = ReadStatus::CategoryNotInUse;
+  } else if (cell.Type == ModelType::RatingScale) {
+    obs.ObsOrdinal = cell.Ordinals[record.ObsResponse];
+  }
+  const ModelStatement* negatives = nullptr;
+  if (anyNegative_) {
+    const ModelStatement& statement = models_.Statements[cell.Statement];
+    if (statement.HasNegative()) {
+      negatives = &statement;
+      CancelOpposites(statement);
+    }
+  }
+  SumMeasures(negatives);
+}
+
+// An element compared with itself says nothing: two positions of opposite sign that hold it cancel out.
+void ObservationPass::CancelOpposites(const ModelStatement& statement) {
+  const auto negative = [&](std::size_t at) { return statement.Negative({static_cast<std::int32_t>(at) + 1}); };
+  for (std::size_t at = elementsAtHand_.size(); at-- > 1;) {
+    for (std::size_t before = 0; before < at; ++before) {
+      ElementIndex& a = elementsAtHand_[at];
+      ElementIndex& b = elementsAtHand_[before];
+      if (a.value == 0 || a != b || negative(at) == negative(before)) continue;
+      a = kNoElement;
+      b = kNoElement;
+    }
+  }
+}
+
+void ObservationPass::SumMeasures(const ModelStatement* negatives) {
+  Observation& obs = current_;
+  bool measurable = false;
+  for (std::size_t at = 0; at < elementsAtHand_.size(); ++at) obs.Elements[at].CurrentElement = elementsAtHand_[at];
+  for (std::size_t at = elementsAtHand_.size(); at-- > 0;) {
+    ObservedElement& own = obs.Elements[at];
+    own.CurrentMeasure = 0;
+    if (own.CurrentElement.value == 0) continue;
+    own.Status = elements_.ElementStatus[own.CurrentElement];
+    if (WithoutMeasure(own.Status)) {
+      obs.Status = ReadStatus::ElementNotInUse;
+      obs.MeasureSum = 0;
+      return;
+    }
+    if (Measurable(own.Status)) {
+      measurable = true;
+    } else if (obs.Status == ReadStatus::Usable) {
+      obs.Status = ReadStatus::OneExtreme;
+    } else if (obs.Status == ReadStatus::OneExtreme) {
+      obs.Status = ReadStatus::SeveralExtreme;
+    }
+    own.Negative = negatives != nullptr && negatives->Negative({static_cast<std::int32_t>(at) + 1});
+    const bool added = positions_[at].Positive != own.Negative;
+    const float measure = elements_.ElementMeasure[own.CurrentElement];
+    own.CurrentMeasure = added ? measure : -measure;
+    obs.MeasureSum += own.CurrentMeasure;
+    if (elements_.WeightsUsed) obs.ObsWeight *= elements_.ElementStats[own.CurrentElement].ElementWeight;
+    if (takeOffMeans_) {
+      const float mean = added ? positions_[at].Mean : -positions_[at].Mean;
+      own.CurrentMeasure -= mean;
+      obs.MeanOffsetSum += mean;
+    }
+  }
+  if (!measurable) {
+    if (TakesPart(obs.Status)) obs.Status = ReadStatus::NothingMeasurable;
+  } else if (obs.ObsOrdinal < 0) {
+    obs.Status = ReadStatus::CategoryNotInUse;
+  }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,29 @@
+#include "data/observation_store.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::int32_t kObservationsPerBlock = 5000;
+constexpr std::int32_t kElementBlockBytes = 64000;
+
+/// A facet table without elements still has records, of one unused byte.
+std::int32_t RecordLength(const ElementLayout& layout) { return std::max(layout.ElementRecordLength(), 1); }
+
+}  // namespace
+
+ObservationStore::ObservationStore(const std::string& folder, const ElementLayout& layout)
+    : layout_(layout),
+      observations_(folder, kObservationRecordLength, kObservationsPerBlock),
+      elements_(folder, RecordLength(layout), std::max(kElementBlockBytes / RecordLength(layout), 1)) {}
+
+ObservationStore ObservationWriter::Seal() && {
+  store_.observations_.Flush();
+  store_.elements_.Flush();
+  return std::move(store_);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,71 @@
+#include "data/query_trace.h"
+
+#include <optional>
+
+#include "data/data_line.h"
+#include "support/bytes.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+namespace {
+
+struct StateWords {
+  QueryState State;
+  std::string_view Words;
+  bool Waits;
+};
+
+constexpr StateWords kStates[] = {
+    {QueryState::BlankLine, "blank", true},
+    {QueryState::NoReplication, "R0 replications for datum", true},
+    {QueryState::Datum, "datum: ", false},
+    {QueryState::NoDatum, "no datum: ", true},
+    {QueryState::Unspecified, "unspecified ", true},
+    {QueryState::NoStatement, "no matching model", true},
+    {QueryState::Mismatch, "datum ", false},
+    {QueryState::Matched, "matched", true},
+    {QueryState::TreatedAsMissing, "datum treated as Missing", true},
+    {QueryState::Recoded, "datum recoded to ", false},
+    {QueryState::Negative, "negative datum ignored", true},
+    {QueryState::NonNumeric, "non-numeric datum ignored", true},
+};
+
+constexpr bool InOrder() {
+  for (std::size_t at = 0; at < std::size(kStates); ++at)
+    if (static_cast<std::size_t>(kStates[at].State) != at) return false;
+  return true;
+}
+static_assert(InOrder());
+
+constexpr std::string_view kWaiting = "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu";
+
+/// The fields of a statement as the user reads them: positions, scale, weight.
+std::string StatementText(const ModelStatement& statement) {
+  std::string text;
+  for (const PositionNumber position : statement.ModelLow.all()) text += statement.PositionText(position) + ",";
+  return text + statement.ScaleField() + "," + statement.WeightField();
+}
+
+}  // namespace
+
+QueryTrace::QueryTrace(Analysis& analysis, Host& host) : analysis_(analysis), host_(host) {
+  if (!host.user.Present()) analysis.Settings.QueryOption = false;
+  if (!On()) return;
+  host.console.ShowMessage("Query=Y in effect!  Data matching displayed:");
+  for (const StatementNumber number : analysis.Models.Statements.all())
+    host.console.ShowMessage(StatementText(analysis.Models.Statements[number]) +
+                             " ; active model statement for Query=Yes" + GeneralText(number.value + 1));
+}
+
+void QueryTrace::Show(QueryState state, std::string_view detail) {
+  if (!On()) return;
+  const StateWords& words = kStates[static_cast<std::size_t>(state)];
+  std::string text = QuotedLine(analysis_.Input.LastLine) + " ";
+  host_.console.ShowMessage(text.append(words.Words).append(QuotedLine(detail)));
+  if (!words.Waits) return;
+  const std::optional<std::string> answer = host_.user.Ask(kWaiting);
+  const std::string key = answer ? UpperAscii(TrimBlanks(*answer)) : "F5";
+  if (key == "5" || key == "F5") analysis_.Settings.QueryOption = false;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,52 @@
+// Fixed-length binary records on disk, one block of them in memory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/work_file.h"
+
+namespace tessaly {
+
+/// Records of one length, appended once and then read in any order; reading in ascending order costs one read a block.
+/// The block in memory serves writing and reading, and covers a window of record numbers (from 1).
+class RecordFile {
+ public:
+  RecordFile(const std::string& folder, std::int32_t recordLength, std::int32_t recordsPerBlock)
+      : file_(folder),
+        recordLength_(static_cast<std::size_t>(recordLength)),
+        recordsPerBlock_(recordsPerBlock),
+        block_(recordLength_ * static_cast<std::size_t>(recordsPerBlock)),
+        endOfBlock_(1 + recordsPerBlock) {}
+
+  /// Where the next record is to be put. Throws `Halt{WorkFileProblem}` when a full block cannot be written.
+  unsigned char* Append() {
+    if (inBlock_ == recordsPerBlock_) WriteFullBlock();
+    return block_.data() + recordLength_ * static_cast<std::size_t>(inBlock_++);
+  }
+
+  /// Writes the partly filled block, which stays readable. Call once, after the last record.
+  void Flush();
+
+  /// Record `number` (from 1, at most the number appended), after `Flush`. The pointer holds until the next call.
+  const unsigned char* Fetch(std::int64_t number) {
+    if (number < firstInBlock_ || number >= endOfBlock_) ReadBlock(number);
+    return block_.data() + recordLength_ * static_cast<std::size_t>(number - firstInBlock_);
+  }
+
+ private:
+  void WriteFullBlock();
+  void ReadBlock(std::int64_t number);
+
+  WorkFile file_;
+  std::size_t recordLength_;
+  std::int32_t recordsPerBlock_;
+  std::vector<unsigned char> block_;
+  std::int32_t inBlock_ = 0;
+  std::int64_t firstInBlock_ = 1;
+  std::int64_t endOfBlock_;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,172 @@
+#include "data/response_reader.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "support/bytes.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+namespace {
+
+/// Highest response that is a category.
+constexpr std::int32_t kHighestResponse = 255;
+
+/// A response that is not to be stored.
+constexpr std::int16_t kNoCategory = -1;
+
+/// The category that `response` stands for on `scale`; `kNoCategory` if it is above the top.
+std::int16_t ScoredCategory(std::int32_t response, const Scale& scale) {
+  if (response > kHighestResponse) return kNoCategory;
+  if (scale.ScaleDichotomyCut > 0) return response >= scale.ScaleDichotomyCut ? std::int16_t{1} : std::int16_t{0};
+  return response > scale.ScaleTopCategory ? kNoCategory : static_cast<std::int16_t>(response);
+}
+
+}  // namespace
+
+ResponseReader::ResponseReader(Analysis& analysis, ObservationWriter& writer, DataNotes& notes, QueryTrace& trace)
+    : analysis_(analysis),
+      counters_(analysis.Counters),
+      writer_(writer),
+      notes_(notes),
+      trace_(trace),
+      cells_(analysis.Models, analysis.Scales, analysis.Elements),
+      matcher_(analysis.Models.Statements),
+      missingCodes_(analysis.Settings.MissingCodes),
+      plans_(analysis.Models.Statements.size()),
+      storedElements_(static_cast<std::size_t>(analysis.Fields.ActiveFacetCount())) {
+  cells_.MakeInitialCells();
+  std::sort(missingCodes_.begin(), missingCodes_.end());
+  for (const RatingScaleDefinition& definition : analysis.Models.Definitions) recodes_.emplace_back(definition.Recodes);
+  for (const StatementNumber number : plans_.all()) {
+    const ModelStatement& statement = analysis.Models.Statements[number];
+    StatementPlan& plan = plans_[number];
+    plan.Type = statement.ModelType;
+    const DefinitionNumber definition = statement.ModelDefinition;
+    if (definition != kNoDefinition && !analysis.Models.Definitions[definition].Recodes.empty())
+      plan.Recodes = &recodes_[static_cast<std::size_t>(definition.value)];
+    for (const PositionNumber position : statement.ModelLow.all())
+      if (!statement.UsesElement(position)) plan.WithoutElement.push_back(static_cast<std::size_t>(position.value - 1));
+  }
+}
+
+void ResponseReader::Read(const DataLine& line, const LineReferences& references, std::string_view datum) {
+  if (trace_.On()) {
+    const std::int32_t positions = analysis_.Fields.ActiveFacetCount();
+    trace_.Show(QueryState::Datum, DatumLocation(line, references, positions, datum) + " ; datum number" +
+                                       GeneralText(counters_.ResponsesFound + 1));
+  }
+  if (CountMissing(datum)) return;
+  ++(line.Replication() == 0 ? counters_.NoReplicationCount : counters_.ResponsesFound);
+  const StatementNumber statement = Match(line, references);
+  if (statement == kNoStatement) return;
+  const StatementPlan& plan = plans_[statement];
+  if (plan.Type == ModelType::Missing) return trace_.Show(QueryState::TreatedAsMissing);
+
+  const ElementIndex* elements = references.Elements();
+  const CellNumber cell = cells_.CellFor(statement, elements);
+  const ScaleNumber scale = analysis_.Models.Cells[cell].CellScale;
+  const std::int16_t category = Category(line, references, datum, plan, analysis_.Scales.Scales[scale]);
+  if (category == kNoCategory) return;
+  if (!plan.WithoutElement.empty()) {
+    std::copy(elements, elements + storedElements_.size(), storedElements_.begin());
+    for (const std::size_t at : plan.WithoutElement) storedElements_[at] = kNoElement;
+    elements = storedElements_.data();
+  }
+  Store({cell, line.Replication(), category}, scale, elements);
+}
+
+bool ResponseReader::CountMissing(std::string_view datum) {
+  if (datum.empty()) {
+    ++counters_.MissingNullCount;
+  } else if (!missingCodes_.empty() && std::binary_search(missingCodes_.begin(), missingCodes_.end(), datum)) {
+    ++counters_.MissingCodeCount;
+  } else {
+    return false;
+  }
+  trace_.Show(QueryState::NoDatum, datum);
+  return true;
+}
+
+StatementNumber ResponseReader::Match(const DataLine& line, const LineReferences& references) {
+  StatementNumber statement;
+  if (references.AllKnown() && !trace_.On()) {
+    statement = matcher_.First(references.Numbers());
+    if (statement == kNoStatement) ++analysis_.Models.UnmatchedResponses;
+  } else {
+    statement = MatchInOrder(line, references);
+  }
+  if (statement != kNoStatement) ++analysis_.Models.Statements[statement].ModelResponses;
+  return statement;
+}
+
+StatementNumber ResponseReader::MatchInOrder(const DataLine& line, const LineReferences& references) {
+  for (const StatementNumber number : analysis_.Models.Statements.all()) {
+    const StatementMeeting meeting =
+        MeetStatement(analysis_.Models.Statements[number], references.Numbers(), references.Elements());
+    if (meeting.Result == StatementMeeting::Outcome::Matches) {
+      trace_.Show(QueryState::Matched, " model" + GeneralText(number.value + 1));
+      return number;
+    }
+    const std::int32_t element = references.At(meeting.Position).Number;
+    if (meeting.Result == StatementMeeting::Outcome::Mismatch) {
+      ShowMismatch(number, meeting.Position, element);
+      continue;
+    }
+    ++counters_.UnspecifiedCount;
+    notes_.NoteNeeded(line, references, meeting.Position);
+    const FacetNumber facet = analysis_.Fields.Positions[meeting.Position].PositionFacet;
+    trace_.Show(QueryState::Unspecified, "facet" + GeneralText(facet.value) + ", element" + GeneralText(element));
+    return kNoStatement;
+  }
+  ++analysis_.Models.UnmatchedResponses;
+  trace_.Show(QueryState::NoStatement);
+  return kNoStatement;
+}
+
+void ResponseReader::ShowMismatch(StatementNumber statement, PositionNumber position, std::int32_t number) {
+  if (!trace_.On()) return;
+  const std::string element = GeneralText(number);
+  std::string detail = "facet" + GeneralText(analysis_.Fields.Positions[position].PositionFacet.value);
+  detail.append(", element").append(element).append(": \"").append(TrimBlanks(element)).append("\" did not match \"");
+  detail.append(analysis_.Models.Statements[statement].PositionText(position)).append("\" in model");
+  trace_.Show(QueryState::Mismatch, detail + GeneralText(statement.value + 1));
+}
+
+std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences& references, std::string_view datum,
+                                      const StatementPlan& plan, const Scale& scale) {
+  std::string recoded;
+  if (plan.Recodes != nullptr) {
+    if (const std::optional<std::int32_t> target = plan.Recodes->Target(datum)) {
+      recoded = TrimBlanks(GeneralText(*target));
+      datum = recoded;
+      trace_.Show(QueryState::Recoded, "\"" + recoded + "\"");
+    }
+  }
+  std::int32_t number = PlainNumber(datum);
+  if (number < 0) {
+    if (datum.find_first_of("-_") != std::string_view::npos) {
+      ++counters_.NegativeCount;
+      trace_.Show(QueryState::Negative);
+      return kNoCategory;
+    }
+    const IntegerReading reading = ParseInt(datum, kHighestResponse);
+    number = reading.Good() ? reading.Value : kHighestResponse + 1;
+  }
+  const std::int16_t category = ScoredCategory(number, scale);
+  if (category != kNoCategory) return category;
+  ++counters_.InvalidCount;
+  notes_.NoteInvalid(line, references, datum);
+  trace_.Show(QueryState::NonNumeric);
+  return kNoCategory;
+}
+
+void ResponseReader::Store(const ObservationRecord& record, ScaleNumber scale, const ElementIndex* elements) {
+  ++counters_.ValidResponses;
+  writer_.Write(record, elements);
+  ScaleTables& scales = analysis_.Scales;
+  scales.CategoryRawCount(scale, record.ObsResponse) += double(record.Replication);
+  scales.RawTopCategory = std::max(scales.RawTopCategory, record.ObsResponse);
+}
+
+}  // namespace tessaly

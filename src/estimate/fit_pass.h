@@ -1,0 +1,63 @@
+// The pass over the observations after the estimates have settled: how well the data fit.
+#pragma once
+
+#include "data/observation_store.h"
+#include "estimate/data_fit.h"
+#include "estimate/observation_fit.h"
+#include "model/response_kernel.h"
+#include "state/analysis.h"
+#include "state/run_control.h"
+#include "support/host.h"
+
+namespace tessaly {
+
+/// Sums of the fit pass for one element. y is the residual, z the standardized residual, V the variance.
+struct FitSums {
+  /// Sum of w V.
+  float Information = 0;
+  /// Sum of w times the kurtosis ratio.
+  double Kurtosis = 0;
+  /// Sum of w y y, and of w times its variance term.
+  float ResidualSquares = 0;
+  double ResidualVariance = 0;
+  /// Sum of w z z.
+  float ResidualSquaresZ = 0;
+  /// Sum of w E.
+  float Expected = 0;
+  /// Sums of w S(x), w mean of S, w variance of S, with S the cumulated log-odds.
+  float LogOddsObserved = 0;
+  float LogOddsMean = 0;
+  float LogOddsVariance = 0;
+  float FairScoreSum = 0;
+};
+
+/// Reads all observations once at the final estimates. Fills category statistics, expected counts and step information
+/// of the scales, the facets' mean measures and label widths; then `Finish` turns the element sums into fit statistics.
+class FitPass {
+ public:
+  FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control, Console& console);
+
+  void Run();
+  /// Mean-squares, standardized values, discriminations, displacements (logit) and standard errors (logit) of all elements
+  /// into `analysis.Elements.Fit`. Call once, after `Run`.
+  void Finish();
+  const tessaly::DataFit& Data() const { return data_; }
+
+ private:
+  void PrepareScaleTables();
+  void PrepareFacets();
+  void CountParameters();
+  void Add(const Observation& obs);
+  void AddToElement(const Observation& obs, const ObservedElement& own, const ObservationFit& fit, const LogOdds& odds);
+  void FinishElement(ElementIndex element);
+
+  Analysis& analysis_;
+  ObservationStore& store_;
+  ResponseKernel& kernel_;
+  RunControl& control_;
+  Console& console_;
+  Table<ElementIndex, FitSums> sums_;
+  tessaly::DataFit data_;
+};
+
+}  // namespace tessaly

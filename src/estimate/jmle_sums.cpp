@@ -1,0 +1,64 @@
+#include "estimate/jmle_sums.h"
+
+#include <algorithm>
+
+namespace tessaly {
+
+void JmleSums::Add(const Observation& obs) {
+  float probed = 0;
+  if (probe_ != 0)
+    probed = kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum - probe_);
+  const float expected =
+      kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum);
+  if (obs.CurrentTop > 1 && obs.Status == ReadStatus::Usable) AddCategories(obs);
+  const float information = Variance(obs, expected) * obs.ObsWeight;
+  const auto top = static_cast<float>(obs.CurrentTop);
+  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
+    const ObservedElement& own = obs.Elements[at];
+    if (!own.Collects(obs.Status)) continue;
+    EstimationSums& sums = sums_[own.CurrentElement];
+    sums.Information += information;
+    sums.ExpectedScore += static_cast<double>((own.Negative ? top - expected : expected) * obs.ObsWeight);
+    sums.ExpectedScoreProbe += static_cast<double>((own.Negative ? top - probed : probed) * obs.ObsWeight);
+  }
+}
+
+void JmleSums::AddCategories(const Observation& obs) {
+  if (obs.CurrentType != ModelType::RatingScale) {
+    if (scales_.CategoryAnchor(obs.CurrentScale, 0) != CategoryAnchor::Anchored) AddDiscrimination(obs);
+    return;
+  }
+  double* expected = scales_.CategoryExpected.Row(obs.CurrentScale);
+  for (std::int32_t k = obs.CurrentTop; k >= 0; --k)
+    expected[k] += static_cast<double>(obs.ObsWeight * kernel_.Probability(k));
+}
+
+void JmleSums::AddDiscrimination(const Observation& obs) {
+  const bool poisson = obs.CurrentType == ModelType::Poisson;
+  const std::int32_t last = poisson ? kernel_.ComputedTop() : obs.CurrentTop;
+  double m1 = 0;
+  double m2 = 0;
+  for (std::int32_t k = poisson ? 2 : 1; k <= last; ++k) {
+    const double t = kernel_.DiscriminationStatistic(obs.CurrentType, obs.CurrentTop, k);
+    const double p = static_cast<double>(kernel_.Probability(k));
+    m1 += t * p;
+    m2 += t * t * p;
+  }
+  const double w = static_cast<double>(obs.ObsWeight);
+  scales_.CategoryExpected(obs.CurrentScale, 0) += m1 * w;
+  scales_.CategoryInformation(obs.CurrentScale, 1) += (m2 - m1 * m1) * w;
+}
+
+float JmleSums::Variance(const Observation& obs, float expected) const {
+  if (obs.CurrentTop <= 1) return expected - expected * expected;
+  // Poisson counts are summed beyond the highest category that the kernel computes for short scales; those are 0.
+  const std::int32_t last = std::min(obs.CurrentType == ModelType::Poisson
+                                         ? (obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop)
+                                         : obs.CurrentTop,
+                                     kernel_.ComputedTop());
+  float squares = 0;
+  for (std::int32_t k = last; k >= 1; --k) squares += static_cast<float>(k * k) * kernel_.Probability(k);
+  return squares - expected * expected;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,267 @@
+#include "estimate/joint_estimation.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "data/observation_pass.h"
+#include "estimate/jmle_sums.h"
+#include "estimate/prepare_scales.h"
+#include "estimate/priorities.h"
+#include "estimate/prox_sums.h"
+#include "estimate/renumber_scale.h"
+#include "estimate/update_scales.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+
+namespace {
+
+/// A largest PROX change below this says that the starting values are good enough.
+constexpr float kProxSettled = 0.9F;
+constexpr float kSmallestProbe = 0.1F;
+/// Changes below this end the iterations whatever the criteria are.
+constexpr float kNoChange = 0.000001F;
+/// Up to this iteration the element criteria bind the category statistics too.
+constexpr std::int32_t kFirstIterations = 20;
+/// Estimation of scales rests in the third step of a sequence of priorities.
+constexpr std::int32_t kPriorityWithoutScales = 2;
+
+constexpr std::int32_t kDampingFrom = 11;
+constexpr float kDampingBack = 0.75F;
+constexpr float kDampingOn = 1.01F;
+constexpr float kLeastDamping = 0.001F;
+constexpr float kMostDamping = 2.0F;
+
+template <class T>
+int Sign(T x) {
+  return x > 0 ? 1 : x < 0 ? -1 : 0;
+}
+
+std::string Described(const DroppedElement& dropped, const ElementTable& elements) {
+  return "facet" + GeneralText(dropped.Facet.value) + " element" + GeneralText(elements.ElementNumber[dropped.Element]) +
+         " \"" + elements.ElementLabel[dropped.Element] + "\"";
+}
+
+}  // namespace
+
+JointEstimation::JointEstimation(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel,
+                                 RunControl& control, Console& console, IterationListener& listener)
+    : analysis_(analysis), store_(store), kernel_(kernel), control_(control), console_(console), listener_(listener) {}
+
+void JointEstimation::Run() {
+  control_.Iteration = 0;
+  control_.Phase = Phase::Recount;
+  control_.CurveDamping = 1;
+  control_.NewtonStep = analysis_.Settings.NewtonStep;
+  control_.IterationKeysOn = true;
+  listener_.EstimationStarted();
+  PrepareScales(analysis_.Models, analysis_.Settings, analysis_.Scales);
+  RenumberScales(analysis_.Models, kernel_, analysis_.Scales);
+  sums_.assign(analysis_.Elements.ElementCount(), {});
+  Priorities priorities(analysis_.Facets);
+  while (const auto priority = priorities.Next()) {
+    if (priorities.PriorityChanges() > 0) listener_.PriorityStarted(*priority);
+    RunPriority(*priority, priorities.PriorityChanges());
+  }
+  control_.IterationKeysOn = false;
+  control_.Phase = Phase::Reports;
+  listener_.EstimationEnded();
+}
+
+void JointEstimation::RunPriority(std::int32_t priority, std::int32_t priorityChanges) {
+  control_.FastForward = false;
+  do {
+    Iterate(priority, priorityChanges);
+  } while (GoOn() && !control_.FastForward);
+  control_.FastForward = false;
+}
+
+void JointEstimation::Iterate(std::int32_t priority, std::int32_t priorityChanges) {
+  ClearSums();
+  newtonStepNow_ = control_.NewtonStep;
+  AdvanceStage();
+  ++control_.Iteration;
+  previousLogitChange_ = summary_.MaxLogitChange;
+  previousScoreResidual_ = summary_.MaxScoreResidual;
+  summary_ = {};
+  summary_.Iteration = control_.Iteration;
+  summary_.Phase = control_.Phase;
+  listener_.IterationStarted(control_.Iteration);
+  ClearCategories();
+  if (control_.Phase < Phase::Jmle) {
+    RecountOrProxPass();
+  } else {
+    JmlePass();
+  }
+  if (firstPass_) KeepFirstTotals();
+  if (recount_) recount_ = RenumberScales(analysis_.Models, kernel_, analysis_.Scales);
+
+  largest_ = {};
+  if (priorityChanges != kPriorityWithoutScales)
+    UpdateScales(analysis_.Models, {control_.Phase, control_.CurveDamping, analysis_.Settings.SmallestNumber},
+                 analysis_.Scales, summary_, largest_);
+  listener_.StepsUpdated(largest_);
+  largest_ = {};
+  UpdateFacets(priority);
+  AdaptDamping();
+  summary_.Recount = recount_;
+  listener_.Iterated(summary_, largest_);
+  if (!dataSeen_) NothingLeft();
+  firstPass_ = false;
+  curveProbe_ = std::max(std::fabs(summary_.MaxLogitChange), kSmallestProbe);
+}
+
+void JointEstimation::ClearSums() {
+  if (recount_) {
+    for (ElementRecord& record : analysis_.Elements.ElementStats) {
+      record.ObservedScore = 0;
+      record.ObservedCount = 0;
+      record.SmallestWeight = 0;
+      record.RawScore = 0;
+      record.PossibleScore = 0;
+    }
+  }
+  for (EstimationSums& sums : sums_) sums = {};
+}
+
+void JointEstimation::AdvanceStage() {
+  if (recount_) {
+    control_.Phase = Phase::Recount;
+    dataSeen_ = false;
+    return;
+  }
+  if (control_.Phase == Phase::Jmle) {
+    CheckConstraints();
+    return;
+  }
+  if (control_.Phase == Phase::Recount) {
+    if (trace_.UnconstrainedFacets == 0) trace_.ExtremeSwitch = true;
+    control_.Phase = Phase::Prox;
+  }
+  if (!ProxIsDone()) return;
+  trace_.ExtremeSwitch = false;
+  control_.Phase = Phase::Jmle;
+}
+
+bool JointEstimation::ProxIsDone() const {
+  return trace_.ExtremeSwitch || std::fabs(summary_.MaxLogitChange) < kProxSettled || control_.Iteration > 1;
+}
+
+void JointEstimation::CheckConstraints() {
+  std::string& warning = analysis_.ConstraintWarning;
+  if (!warning.empty() || trace_.UnconstrainedFacets == 1) return;
+  warning = trace_.UnconstrainedFacets == 0
+                ? "Warning (7)! Over-constrained?  Noncenter= not in effect"
+                : "Warning (8)! Under-constrained?  Noncenter= for two or more facets";
+  if (analysis_.Settings.BeepOn) console_.Beep();
+  console_.ShowWarning(warning);
+}
+
+void JointEstimation::ClearCategories() {
+  ScaleTables& scales = analysis_.Scales;
+  for (const ScaleNumber scale : scales.Scales.all()) {
+    for (std::int32_t k = 0; k <= scales.TopCategory; ++k) {
+      scales.CategoryExpected(scale, k) = 0;
+      if (!recount_) continue;
+      scales.CategoryCount(scale, k) = 0;
+      scales.CategoryInformation(scale, k) = 0;
+    }
+    // The variance of a discrimination belongs to one pass; carried on it would shorten every later step.
+    scales.CategoryInformation(scale, 1) = 0;
+  }
+}
+
+void JointEstimation::RecountOrProxPass() {
+  ObservedTotals totals(analysis_.Elements, analysis_.Scales);
+  ProxSums prox(sums_);
+  for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_)) {
+    if (!TakesPart(obs.Status)) continue;
+    if (recount_) totals.Add(obs);
+    prox.Add(obs);
+  }
+  if (totals.DataSeen()) dataSeen_ = true;
+  if (prox.PoissonSeen()) trace_.ExtremeSwitch = true;
+}
+
+void JointEstimation::JmlePass() {
+  JmleSums sums(newtonStepNow_ == 0 ? curveProbe_ : 0.0F, kernel_, sums_, analysis_.Scales);
+  for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_)) {
+    if (TakesPart(obs.Status)) sums.Add(obs);
+  }
+}
+
+void JointEstimation::KeepFirstTotals() {
+  for (ElementRecord& record : analysis_.Elements.ElementStats) {
+    record.AllCount = record.ObservedCount;
+    record.AllScore = record.RawScore;
+  }
+}
+
+StepRule JointEstimation::Rule() const {
+  return {control_.Phase, newtonStepNow_, control_.CurveDamping, curveProbe_};
+}
+
+void JointEstimation::UpdateFacets(std::int32_t priority) {
+  trace_.UnconstrainedFacets = 0;
+  trace_.OutOfRangeTold = false;
+  trace_.Recount = false;
+  for (const FacetNumber number : analysis_.Facets.all()) {
+    const Facet& facet = analysis_.Facets[number];
+    if (!facet.HasElements() || facet.FacetPriority != priority) continue;
+    FacetUpdate update(number, facet, Rule(), firstPass_, analysis_.Settings, analysis_.Elements, sums_);
+    const RunningMoments measures = update.Run(summary_, largest_, trace_, console_);
+    if (measures.N > 0) listener_.FacetUpdated(number, measures);
+  }
+  if (trace_.Recount) recount_ = true;
+}
+
+void JointEstimation::AdaptDamping() {
+  if (control_.NewtonStep != 0 || control_.Iteration < kDampingFrom) return;
+  const double residual = std::fabs(summary_.MaxScoreResidual);
+  const double previous = std::fabs(previousScoreResidual_);
+  float& damping = control_.CurveDamping;
+  if (Sign(summary_.MaxLogitChange) != Sign(previousLogitChange_) ||
+      Sign(summary_.MaxScoreResidual) != Sign(previousScoreResidual_) || residual > 2 * previous) {
+    damping *= kDampingBack;
+  } else if (0.9 * previous < residual) {
+    damping *= kDampingOn;
+  }
+  damping = std::clamp(damping, kLeastDamping, kMostDamping);
+}
+
+void JointEstimation::NothingLeft() const {
+  const auto described = [&](const std::optional<DroppedElement>& dropped) {
+    return dropped ? Described(*dropped, analysis_.Elements) : std::string();
+  };
+  throw Halt{FailureCode::AllExtreme, described(trace_.FirstDropped) + " - last: " + described(trace_.LastDropped)};
+}
+
+bool JointEstimation::GoOn() {
+  if (recount_ || control_.Phase < Phase::Jmle) return true;
+  const bool more = CriteriaAskForMore();
+  const std::int32_t limit = analysis_.Settings.IterationsLimit;
+  if (limit <= 0 || control_.Iteration < limit) return more;
+  if (more) listener_.LimitReached(limit);
+  return false;
+}
+
+bool JointEstimation::WithinFirstIterations() const { return control_.Iteration < kFirstIterations; }
+
+bool JointEstimation::CriteriaAskForMore() const {
+  const Settings& s = analysis_.Settings;
+  const float logit = std::fabs(summary_.MaxLogitChange);
+  const float step = std::fabs(summary_.MaxCategoryChange);
+  const double score = std::fabs(summary_.MaxScoreResidual);
+  const double category = std::fabs(summary_.MaxCategoryResidual);
+  const auto above = [](auto value, float criterion) {
+    return criterion > 0 && static_cast<double>(value) > static_cast<double>(criterion);
+  };
+  if (logit < kNoChange && step < kNoChange) return false;
+  if (above(logit, s.ConvergenceLogit) || above(score, s.ConvergenceScore)) return true;
+  if (above(step, s.ConvergenceCategoryLogit) || above(category, s.ConvergenceCategoryScore)) return true;
+  if (!WithinFirstIterations()) return false;
+  if (s.ConvergenceCategoryScore == 0 && above(category, s.ConvergenceScore)) return true;
+  return s.ConvergenceCategoryLogit == 0 && above(step, s.ConvergenceLogit);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,32 @@
+// How one observation fits its expectation.
+#pragma once
+
+#include "data/observation_pass.h"
+#include "model/response_kernel.h"
+#include "model/response_moments.h"
+#include "state/scales.h"
+
+namespace tessaly {
+
+/// Fit of one observation.
+struct ObservationFit {
+  ResponseMoments Moments;
+  /// Standardized residual z, held at 9 in size; 0 unless all elements are measurable.
+  float StandardizedResidual = 0;
+  /// Raw category of ordinal 0 where the scale was renumbered, else 0.
+  std::int32_t ReportingOffset = 0;
+
+  /// Expected and observed response as reports show them: on the raw categories' count.
+  float ReportedExpectation() const { return Moments.ExpectedResponse + static_cast<float>(ReportingOffset); }
+  std::int32_t ReportedResponse(const Observation& obs) const { return obs.ObsOrdinal + ReportingOffset; }
+};
+
+/// Fit of `obs`. Leaves the category probabilities at its measure in `kernel`.
+ObservationFit FitOf(const Observation& obs, const ScaleTables& scales, ResponseKernel& kernel);
+
+/// Adds an observation whose elements are all measurable to the expected counts, information and statistics of the
+/// categories of its scale. The probabilities of `FitOf` must still stand in `kernel`.
+void AddToCategories(const Observation& obs, const ObservationFit& fit, const ResponseKernel& kernel, float smallest,
+                     ScaleTables& scales);
+
+}  // namespace tessaly

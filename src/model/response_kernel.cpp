@@ -1,0 +1,172 @@
+#include "model/response_kernel.h"
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <limits>
+
+namespace tessaly {
+
+static_assert(FLT_EVAL_METHOD == 0, "single precision must be single in every step");
+
+float LogRatio(double a, double b, double c, double d, float smallest) {
+  const double floor = static_cast<double>(smallest);
+  const auto ln = [floor](double x) { return std::log(std::max(x, floor)); };
+  return static_cast<float>(ln(a) - ln(b) + ln(c) - ln(d));
+}
+
+namespace {
+
+float ExpSingle(float x) { return static_cast<float>(std::exp(static_cast<double>(x))); }
+
+}  // namespace
+
+ResponseKernel::ResponseKernel(const ScaleTables& scales, float hardwareExponent)
+    : scales_(scales), hardwareExponent_(hardwareExponent) {
+  for (std::int32_t k = 2; k <= kProbabilityTop; ++k) {
+    const auto at = static_cast<std::size_t>(k);
+    log_[at] = std::log(static_cast<double>(k));
+    logFactorial_[at] = static_cast<float>(static_cast<double>(logFactorial_[at - 1]) + log_[at]);
+  }
+}
+
+float ResponseKernel::CategoryProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure) {
+  if (top <= 1) return Dichotomy(scale, measure);
+  switch (type) {
+    case ModelType::Binomial: return Binomial(scale, top, measure);
+    case ModelType::Poisson: return Poisson(scale, top, measure);
+    default: return RatingScale(scale, top, measure);
+  }
+}
+
+float ResponseKernel::Dichotomy(ScaleNumber scale, float measure) {
+  const float d = scales_.CategoryStep(scale, 1) - measure;
+  const auto p = static_cast<float>(1.0 / (std::exp(static_cast<double>(std::min(d, hardwareExponent_))) + 1.0));
+  probability_[1] = p;
+  probability_[0] = 1.0F - p;
+  computedTop_ = 1;
+  return p;
+}
+
+float ResponseKernel::RatingScale(ScaleNumber scale, std::int32_t top, float measure) {
+  const float* step = scales_.CategoryStep.Row(scale);
+  const CategoryAnchor* anchor = scales_.CategoryAnchor.Row(scale);
+  float sum = 0;
+  float highest = 0;
+  for (std::int32_t k = 1; k <= top; ++k) {
+    sum += measure;
+    if (anchor[k] == CategoryAnchor::KeptUnobserved) {
+      probability_[static_cast<std::size_t>(k)] = -std::numeric_limits<float>::infinity();
+      continue;
+    }
+    sum -= step[k];
+    probability_[static_cast<std::size_t>(k)] = sum;
+    highest = std::max(highest, sum);
+  }
+  return Normalise(top, highest);
+}
+
+float ResponseKernel::Binomial(ScaleNumber scale, std::int32_t top, float measure) {
+  const float s = scales_.CategoryStep(scale, 0);
+  const std::vector<double>& logs = BinomialLogs(top);
+  float sum = 0;
+  float highest = 0;
+  for (std::int32_t k = 1; k <= top; ++k) {
+    const auto at = static_cast<std::size_t>(k);
+    sum = static_cast<float>(static_cast<double>(sum + measure) - static_cast<double>(s) * logs[at]);
+    probability_[at] = sum;
+    highest = std::max(highest, sum);
+  }
+  const float expected = Normalise(top, highest);
+  if (s != 1.0F) return expected;
+  return static_cast<float>(top / (std::exp(static_cast<double>(std::min(-measure, hardwareExponent_))) + 1.0));
+}
+
+float ResponseKernel::Poisson(ScaleNumber scale, std::int32_t top, float measure) {
+  const float s = scales_.CategoryStep(scale, 0);
+  const std::int32_t n = top < 5 ? 10 : std::min(2 * top, kProbabilityTop);
+  float sum = 0;
+  float highest = 0;
+  for (std::int32_t k = 1; k <= n; ++k) {
+    const auto at = static_cast<std::size_t>(k);
+    sum = static_cast<float>(static_cast<double>(sum + measure) - static_cast<double>(s) * log_[at]);
+    probability_[at] = sum;
+    highest = std::max(highest, sum);
+  }
+  const float expected = Normalise(n, highest);
+  if (s != 1.0F) return expected;
+  return std::min(ExpSingle(std::min(measure, hardwareExponent_)), kCountCap);
+}
+
+// The table holds the exponents of categories 1..top; turns them into probabilities and gives the expected category.
+float ResponseKernel::Normalise(std::int32_t top, float highest) {
+  const float shift = hardwareExponent_ - highest;
+  probability_[0] = ExpSingle(shift);
+  double total = static_cast<double>(probability_[0]);
+  for (std::int32_t k = top; k >= 1; --k) {
+    float& p = probability_[static_cast<std::size_t>(k)];
+    p = ExpSingle(shift + p);
+    total += static_cast<double>(p);
+  }
+  const double r = 1.0 / total;
+  double expected = 0;
+  for (std::int32_t k = top; k >= 0; --k) {
+    float& p = probability_[static_cast<std::size_t>(k)];
+    p = static_cast<float>(r * static_cast<double>(p));
+    expected += static_cast<double>(k) * static_cast<double>(p);
+  }
+  computedTop_ = top;
+  return static_cast<float>(expected);
+}
+
+const std::vector<double>& ResponseKernel::BinomialLogs(std::int32_t top) const {
+  const auto at = static_cast<std::size_t>(top);
+  if (binomialLogs_.size() <= at) binomialLogs_.resize(at + 1);
+  std::vector<double>& logs = binomialLogs_[at];
+  if (logs.empty()) {
+    logs.resize(at + 1);
+    for (std::size_t k = 1; k <= at; ++k) logs[k] = std::log(static_cast<double>(k) / (static_cast<double>(at - k) + 1.0));
+  }
+  return logs;
+}
+
+LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
+                                       std::int32_t category) const {
+  const float* step = scales_.CategoryStep.Row(scale);
+  LogOdds odds;
+  if (top <= 1) {
+    const float s1 = measure - step[1];
+    odds.Mean = s1 * probability_[1];
+    odds.MeanSquare = s1 * s1 * probability_[1];
+    odds.AtObserved = category == 1 ? s1 : 0.0F;
+    return odds;
+  }
+  const std::vector<double>* binomialLogs = type == ModelType::Binomial ? &BinomialLogs(top) : nullptr;
+  const CategoryAnchor* anchor = scales_.CategoryAnchor.Row(scale);
+  const std::int32_t last = type == ModelType::Poisson ? kProbabilityTop : top;
+  const auto stepTerm = [&](std::int32_t k) {
+    const auto at = static_cast<std::size_t>(k);
+    if (type == ModelType::Poisson) return static_cast<double>(step[0]) * log_[at];
+    if (binomialLogs != nullptr) return static_cast<double>(step[0]) * (*binomialLogs)[at];
+    return anchor[k] == CategoryAnchor::KeptUnobserved ? 0.0 : static_cast<double>(step[k]);
+  };
+  float sum = 0;
+  for (std::int32_t k = 1; k <= last; ++k) {
+    sum = static_cast<float>(static_cast<double>(sum + measure) - stepTerm(k));
+    const float p = Probability(k);
+    odds.Mean += sum * p;
+    odds.MeanSquare += sum * sum * p;
+    if (k == category) odds.AtObserved = sum;
+  }
+  return odds;
+}
+
+double ResponseKernel::DiscriminationStatistic(ModelType type, std::int32_t top, std::int32_t k) const {
+  if (type == ModelType::Poisson) return static_cast<double>(logFactorial_[static_cast<std::size_t>(k)]);
+  const std::vector<double>& logs = BinomialLogs(top);
+  double sum = 0;
+  for (std::int32_t j = 1; j <= k; ++j) sum += logs[static_cast<std::size_t>(j)];
+  return sum;
+}
+
+}  // namespace tessaly

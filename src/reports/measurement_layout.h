@@ -1,0 +1,49 @@
+// The columns of measurement tables.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/bytes.h"
+
+namespace tessaly {
+
+/// Correlation columns of a measurement table.
+enum class CorrelationColumns { None, PointBiserial, PointBiserialIncluding, PointMeasure };
+
+/// What a measurement table shows.
+struct MeasurementColumns {
+  bool TotalScore = true;
+  bool FairMean = true;
+  /// The facet is positively oriented.
+  bool Positive = false;
+  bool RealSE = false;
+  bool Displacement = false;
+  CorrelationColumns Correlation = CorrelationColumns::None;
+  bool InterRater = false;
+  bool Group = false;
+  bool Weight = false;
+  /// Labels stand on the left.
+  bool LeftHand = false;
+};
+
+/// Headings, rule and row templates of a table, all of one width.
+struct MeasurementLayout {
+  std::vector<std::string> HeadLines;
+  std::string RuleTemplate;
+  /// An active element.
+  std::string RowFmtNormal;
+  /// An element with a status word and its measure in parentheses.
+  std::string RowFmtExtreme;
+  /// An element without a measure.
+  std::string RowFmtNonActive;
+  std::string RowFmtSummary;
+  /// Report columns of the label column.
+  int LabelWidth = 0;
+};
+
+/// The layout of these columns, with `labelHead` over the labels.
+MeasurementLayout BuildMeasurementLayout(const MeasurementColumns& columns, const std::string& labelHead,
+                                         const TextEncoding& encoding);
+
+}  // namespace tessaly

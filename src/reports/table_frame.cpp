@@ -1,0 +1,62 @@
+#include "reports/table_frame.h"
+
+#include <utility>
+
+#include "support/bytes.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr char kNewPageMark = '^';
+constexpr char kFormFeed = '\f';
+
+}  // namespace
+
+void TableFrame::StartTable(std::string_view heading) {
+  console_.ShowMessage(heading);
+  WriteTableTitle(heading);
+}
+
+void TableFrame::WriteTableTitle(std::string_view heading) {
+  std::string title = settings_.Title;
+  if (!title.empty() && title.front() == kNewPageMark) title.front() = kFormFeed;
+  report_.WriteTableLine("");
+  report_.WriteTableLine(title);
+  report_.WriteTableLine(std::string(heading) + ".");
+  report_.WriteTableLine("");
+}
+
+void TableFrame::BeginColumns(std::vector<std::string> headLines, std::string ruleTemplate) {
+  headLines_ = std::move(headLines);
+  ruleTemplate_ = std::move(ruleTemplate);
+  WriteColumnHeadings();
+}
+
+void TableFrame::WriteColumnHeadings() {
+  WriteRule(RuleKind::Top);
+  for (const std::string& line : headLines_) {
+    if (!TrimBlanks(line).empty()) report_.WriteTableLine(line);
+  }
+  WriteRule(RuleKind::Middle);
+  linesSinceHeading_ = 0;
+}
+
+void TableFrame::RepeatColumns() {
+  if (settings_.JuxtaposeLines == 0 || linesSinceHeading_ < settings_.JuxtaposeLines) return;
+  report_.WriteTableLine("");
+  WriteColumnHeadings();
+}
+
+void TableFrame::WriteRow(std::string_view line) {
+  report_.WriteTableLine(line);
+  ++linesSinceHeading_;
+}
+
+void TableFrame::WriteRule(RuleKind kind) { report_.WriteTableLine(BoxLine(ruleTemplate_, kind)); }
+
+void TableFrame::CloseTable() {
+  report_.WriteTableLine(BoxLine(std::string(ruleTemplate_.size(), '-'), RuleKind::Bottom));
+}
+
+}  // namespace tessaly

@@ -1,0 +1,273 @@
+#include "run/run_analysis.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "data/data_reader.h"
+#include "data/observation_store.h"
+#include "estimate/fit_pass.h"
+#include "estimate/joint_estimation.h"
+#include "estimate/scale_order.h"
+#include "model/response_kernel.h"
+#include "reports/report_console.h"
+#include "reports/report_writer.h"
+#include "reports/table1_specification.h"
+#include "reports/table2_data_summary.h"
+#include "reports/table3_iterations.h"
+#include "reports/table7_measurements.h"
+#include "run/specification_file.h"
+#include "spec/file_names.h"
+#include "spec/input_stack.h"
+#include "state/run_control.h"
+#include "support/bytes.h"
+#include "support/number_text.h"
+#include "support/work_file.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::size_t kLongestQuote = 1000;
+/// Number of the report file in messages.
+constexpr std::string_view kReportPurpose = " 1";
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+/// A line as failures quote it: whoever reads the message wants its start, not 50 MB of it.
+std::string Shortened(std::string_view line) {
+  if (line.size() <= kLongestQuote) return std::string(line);
+  return std::string(line.substr(0, kLongestQuote)) + " ...";
+}
+
+/// "h: m: s", each right-aligned in two places.
+std::string HoursMinutesSeconds(double elapsed) {
+  const auto seconds = static_cast<std::int64_t>(elapsed);
+  const auto twoPlaces = [](std::int64_t value) { return RightJustified(TrimBlanks(GeneralText(value)), 2); };
+  return twoPlaces(seconds / 3600) + ":" + twoPlaces(seconds / 60 % 60) + ":" + twoPlaces(seconds % 60);
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return !a.empty() && !b.empty() && std::filesystem::equivalent(a, b, error) && !error;
+}
+
+/// Takes one analysis through its phases, in the order in which things happen.
+class AnalysisRun {
+ public:
+  AnalysisRun(Analysis& analysis, CommandLine commandLine, Host& shell)
+      : analysis_(analysis),
+        commandLine_(std::move(commandLine)),
+        shell_(shell),
+        control_(shell.user),
+        report_(analysis.Settings),
+        console_(shell.console, control_, report_),
+        host_{shell.user, console_, shell.clock} {}
+
+  Outcome Run() {
+    try {
+      ReadSpecifications();
+      OpenReport();
+      StartReport();
+      ReadObservations();
+      if (control_.FastForward) return Halted();
+      Estimate();
+      WriteTables();
+    } catch (const Halt& halt) {
+      ReportFailure(halt);
+      return Halted();
+    } catch (const FatalError& error) {
+      FatalFailure(error.Text);
+    }
+    return Finish(Outcome::Finished);
+  }
+
+ private:
+  void ReadSpecifications() {
+    CheckTemporaryFolder();
+    location_ = "Specification";
+    SettleSpecificationFile(commandLine_, host_);
+    folder_ = FolderOf(commandLine_.FileNames.front());
+    analysis_.Settings.SpecFileName = commandLine_.FileNames.front();
+    input_.emplace(analysis_.Input, console_, folder_);
+    input_->Open(analysis_.Settings.SpecFileName, "Specification");
+    console_.ShowMessage("Processing specifications from " + Quoted(analysis_.Settings.SpecFileName));
+    ReadSpecification(analysis_, commandLine_, host_, *input_);
+    const Settings& settings = analysis_.Settings;
+    if (settings.DataFileName.empty() && !settings.InlineData) {
+      analysis_.Input = {};
+      throw Halt{FailureCode::NoData, {}};
+    }
+    const bool watched = shell_.user.Present() && !commandLine_.Batch && !settings.BatchOption;
+    if (!watched) analysis_.Settings.QueryOption = false;
+  }
+
+  /// Nothing is worse than a full folder after an hour: better to know at once.
+  void CheckTemporaryFolder() const { const WorkFile test(TemporaryFolder()); }
+
+  void OpenReport() {
+    location_.clear();
+    std::string& name = analysis_.Settings.OutputFileName;
+    if (name.empty()) name = DerivedReportName(analysis_.Settings.SpecFileName, analysis_.Settings.AsciiOption);
+    RefuseOverwriting(name);
+    console_.ShowMessage("Writing specifications to output file: " + Quoted(name));
+    try {
+      report_.OpenReportFile(name);
+    } catch (const Halt& halt) {
+      console_.ShowWarning("Failure opening output file: " + name);
+      console_.ShowWarning("Tessaly: Error reported is: " + FailureText(halt, analysis_.Limits()) + " for" +
+                           std::string(kReportPurpose));
+      throw Halt{FailureCode::WorkFileProblem, {}};
+    }
+  }
+
+  void RefuseOverwriting(const std::string& name) const {
+    bool same = SameFile(name, analysis_.Settings.SpecFileName);
+    for (const std::string_view data : SplitAt(analysis_.Settings.DataFileName, '+'))
+      same = same || SameFile(name, FindInputFile(TrimQuotes(data), folder_));
+    if (same)
+      throw Halt{FailureCode::IncompatibleFile, "the report would overwrite " + Quoted(name) +
+                                                    ". Please name another report file in Output="};
+  }
+
+  void StartReport() {
+    location_ = "Specification";
+    MatchScalesToModels(analysis_.Models, analysis_.Scales, analysis_.Input, console_);
+    report_.SelectTable(1);
+    analysisStart_ = shell_.clock.Seconds();
+    ProgramBanner(shell_.clock.RunDate(), report_);
+    SpecificationTable(analysis_, report_, console_);
+  }
+
+  void ReadObservations() {
+    console_.ShowMessage("Opening work files");
+    const ElementLayout layout(analysis_.Facets, analysis_.Fields);
+    if (layout.ElementRecordLength() == 0 && analysis_.Settings.LabelsBuild == 'N')
+      throw Halt{FailureCode::NoActiveElements, {}};
+    ObservationWriter writer(TemporaryFolder(), layout);
+    report_.SelectTable(2);
+    StartDataSummaryTable(analysis_, report_, console_);
+    inData_ = true;
+    ReadData(analysis_, analysis_.Settings.InlineData ? &*input_ : nullptr, folder_, writer, control_, host_);
+    store_.emplace(std::move(writer).Seal());
+    analysis_.Input = {};
+    WriteDataSummary(analysis_, report_, console_);
+    if (store_->ValidResponses() == 0) throw Halt{FailureCode::NoUsableData, {}};
+    SetNumberWidths();
+  }
+
+  void SetNumberWidths() {
+    for (Facet& facet : analysis_.Facets)
+      facet.FacetNumberWidth = DisplayLength(TrimBlanks(GeneralText(facet.FacetHighestNumber)));
+  }
+
+  void Estimate() {
+    kernel_.emplace(analysis_.Scales, analysis_.Settings.HardwareExponent);
+    report_.SelectTable(3);
+    IterationTable table3(analysis_, report_, console_);
+    JointEstimation(analysis_, *store_, *kernel_, control_, console_, table3).Run();
+    inData_ = false;
+    location_.clear();
+    console_.ShowMessage("Calculating fit statistics");
+    FitPass fit(analysis_, *store_, *kernel_, control_, console_);
+    fit.Run();
+    OrderScales(analysis_.Fields, analysis_.Elements, analysis_.Models, analysis_.Scales);
+    console_.ShowMessage("Computing fit summary statistics..");
+    fit.Finish();
+  }
+
+  void WriteTables() {
+    if (analysis_.Settings.TablesOption == "N") return;
+    location_ = "Specification";
+    report_.SelectTable(7);
+    if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
+      MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+  }
+
+  std::string Location() const {
+    if (!inData_) return location_;
+    const std::string& file = analysis_.CurrentDataFile;
+    return "Data line in " + (analysis_.Settings.InlineData ? "(" + file + ")" : file);
+  }
+
+  void ReportFailure(const Halt& halt) {
+    const InputLine line = std::exchange(analysis_.Input, {});
+    console_.ShowMessage("");
+    if (halt.Code == FailureCode::WorkFileProblem && !halt.Argument.empty()) console_.ShowWarning(halt.Argument);
+    const std::string location = Location();
+    const bool located = !location.empty() && !line.LastLine.empty();
+    if (located) console_.ShowWarning(location + " is: " + Shortened(line.LastLine));
+    console_.ShowWarning(FailureLine(halt, analysis_.Limits(), location.empty() ? 0 : line.LineNumber));
+  }
+
+  [[noreturn]] void FatalFailure(const std::string& text) {
+    shell_.console.ShowFatal("Tessaly Problem ...\n" + text);
+    throw Stopped{StopReason::InternalFailure};
+  }
+
+  Outcome Halted() {
+    analysis_.ConstraintWarning.clear();
+    analysis_.SubsetWarning.clear();
+    console_.ShowMessage("Execution halted");
+    return Finish(Outcome::Halted);
+  }
+
+  Outcome Finish(Outcome outcome) {
+    report_.EndTables();
+    for (const std::string& warning : console_.TakePendingWarnings()) report_.WriteTableLine(warning);
+    const std::string elapsed =
+        "Analyzed in time of " + HoursMinutesSeconds(shell_.clock.Seconds() - analysisStart_.value_or(shell_.clock.Seconds()));
+    console_.ShowMessage(elapsed);
+    if (analysis_.Settings.WriteIterations) report_.WriteTableLine(elapsed);
+    for (const std::string& warning : {analysis_.ConstraintWarning, analysis_.SubsetWarning}) {
+      if (warning.empty()) continue;
+      if (analysis_.Settings.BeepOn) console_.Beep();
+      console_.ShowWarning(warning);
+    }
+    return CloseReport(outcome);
+  }
+
+  Outcome CloseReport(Outcome outcome) {
+    if (!report_.IsOpen()) return outcome;
+    const std::string& name = analysis_.Settings.OutputFileName;
+    try {
+      report_.CloseReportFile();
+    } catch (const Halt& halt) {
+      console_.ShowWarning("Failure writing output file: " + name);
+      console_.ShowWarning(FailureLine(halt, analysis_.Limits(), 0));
+      return Outcome::Halted;
+    }
+    std::error_code error;
+    if (std::filesystem::file_size(name, error) == 0 && !error) {
+      std::filesystem::remove(name, error);
+      return outcome;
+    }
+    console_.ShowMessage("Output to " + name);
+    return outcome;
+  }
+
+  Analysis& analysis_;
+  CommandLine commandLine_;
+  Host& shell_;
+  RunControl control_;
+  ReportWriter report_;
+  ReportConsole console_;
+  Host host_;
+  std::optional<InputStack> input_;
+  std::string folder_;
+  std::string location_;
+  bool inData_ = false;
+  std::optional<double> analysisStart_;
+  std::optional<ObservationStore> store_;
+  std::optional<ResponseKernel> kernel_;
+};
+
+}  // namespace
+
+Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host) {
+  return AnalysisRun(analysis, std::move(commandLine), host).Run();
+}
+
+}  // namespace tessaly

@@ -1,0 +1,58 @@
+#include "shell/cli/terminal_user.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace tessaly {
+
+namespace {
+
+volatile std::sig_atomic_t stopSignal = 0;
+volatile std::sig_atomic_t finishRequested = 0;
+
+void RememberStop(int signal) { stopSignal = signal; }
+void RememberFinish(int) { finishRequested = 1; }
+
+void Handle(int signal, void (*handler)(int), int flags) {
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  action.sa_flags = flags;
+  sigemptyset(&action.sa_mask);
+  sigaction(signal, &action, nullptr);
+}
+
+}  // namespace
+
+TerminalUser::TerminalUser() : present_(isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) {
+  // A second signal ends the program at once, should it be waiting for input that never comes.
+  Handle(SIGINT, RememberStop, static_cast<int>(SA_RESETHAND));
+  Handle(SIGTERM, RememberStop, static_cast<int>(SA_RESETHAND));
+  Handle(SIGUSR1, RememberFinish, SA_RESTART);
+  // An analysis goes on when nobody reads its status lines any more.
+  Handle(SIGPIPE, SIG_IGN, 0);
+}
+
+UserRequest TerminalUser::Poll() {
+  if (stopSignal != 0) return UserRequest::Stop;
+  if (finishRequested == 0) return UserRequest::None;
+  finishRequested = 0;
+  return UserRequest::Finish;
+}
+
+std::optional<std::string> TerminalUser::Ask(std::string_view question) {
+  if (!present_) return {};
+  std::fwrite(question.data(), 1, question.size(), stdout);
+  std::fflush(stdout);
+  std::string answer;
+  for (;;) {
+    const int c = std::getchar();
+    if (c == '\n') return answer;
+    if (c == EOF) return {};
+    answer += static_cast<char>(c);
+  }
+}
+
+int TerminalUser::StopSignal() const { return stopSignal; }
+
+}  // namespace tessaly

@@ -1,0 +1,30 @@
+// The person at the terminal, and signals.
+#pragma once
+
+#include <csignal>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "support/host.h"
+
+namespace tessaly {
+
+/// Turns signals into requests: SIGINT and SIGTERM stop the analysis in good order, SIGUSR1 finishes the present
+/// iterations. Questions are asked only when standard input and output are a terminal.
+class TerminalUser : public User {
+ public:
+  TerminalUser();
+
+  UserRequest Poll() override;
+  std::optional<std::string> Ask(std::string_view question) override;
+  bool Present() const override { return present_; }
+
+  /// The signal that stopped the analysis, 0 for none.
+  int StopSignal() const;
+
+ private:
+  bool present_;
+};
+
+}  // namespace tessaly

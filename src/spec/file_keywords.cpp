@@ -1,0 +1,96 @@
+#include "spec/file_keywords.h"
+
+#include "spec/keywords.h"
+#include "spec/setting_values.h"
+
+namespace tessaly {
+namespace {
+
+void SetCsvDelimiter(SpecContext& context, std::string_view text) {
+  std::string& delimiter = context.Analysis.Settings.CsvDelimiter;
+  switch (FirstLetter(text)) {
+    case 'T':
+      delimiter = "\t";
+      break;
+    case 'Y':
+    case 'C':
+      delimiter = ",";
+      break;
+    case 'S':
+      delimiter = ";";
+      break;
+    case 'N':
+    case 'B':
+    case 'F':
+    case ' ':
+      delimiter = " ";
+      break;
+    default:
+      delimiter = text;
+  }
+}
+
+void KeepOrTake(std::string& file, std::string_view name) {
+  if (file.empty()) file = name;
+}
+
+}  // namespace
+
+void ReadData(SpecContext& context, const SplitLine& line) {
+  Settings& settings = context.Analysis.Settings;
+  const std::string_view name = line.Value(1);
+  if (!name.empty()) {
+    KeepOrTake(settings.DataFileName, name);
+  } else if (context.ExtraSpecPhase) {
+    return;
+  } else if (settings.DataFileName.empty()) {
+    settings.InlineData = true;
+  } else {
+    context.Reader.SkipRest();
+  }
+}
+
+void ReadOutput(SpecContext& context, const SplitLine& line) {
+  NameOutputFile(context, "Output=", &Settings::OutputFileName, line.Value(1));
+  NameOutputFile(context, "Anchorfile=", &Settings::AnchorFileName, line.Value(2));
+  NameOutputFile(context, "Residualfile=", &Settings::ResidualFileName, line.Value(3));
+  NameOutputFile(context, "Graphfile=", &Settings::GraphFileName, line.Value(4));
+}
+
+void ReadAnchorfile(SpecContext& context, const SplitLine& line) {
+  KeepOrTake(context.Analysis.Settings.AnchorFileName, line.Value(1));
+}
+
+void ReadGraphfile(SpecContext& context, const SplitLine& line) {
+  KeepOrTake(context.Analysis.Settings.GraphFileName, line.Value(1));
+  if (!line.Value(2).empty()) SetCsvDelimiter(context, line.Value(2));
+}
+
+void ReadResidualfile(SpecContext& context, const SplitLine& line) {
+  KeepOrTake(context.Analysis.Settings.ResidualFileName, line.Value(1));
+}
+
+void ReadSimulated(SpecContext& context, const SplitLine& line) {
+  KeepOrTake(context.Analysis.Settings.SimulatedFileName, line.Value(1));
+}
+
+void ReadScorefile(SpecContext& context, const SplitLine& line) {
+  context.Analysis.Settings.ScoreFileName = line.Value(1);
+  if (!line.Value(2).empty()) SetCsvDelimiter(context, line.Value(2));
+}
+
+void ReadCsv(SpecContext& context, const SplitLine& line) {
+  SetCsvDelimiter(context, line.Value(1));
+}
+
+void NameOutputFile(SpecContext& context, std::string_view keyword, std::string Settings::*file,
+                    std::string_view name) {
+  if (name.empty()) return;
+  if (FindKeyword(keyword)->NotBuiltYet) {
+    context.TellUnavailable(keyword);
+  } else {
+    context.Analysis.Settings.*file = name;
+  }
+}
+
+}  // namespace tessaly

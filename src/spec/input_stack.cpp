@@ -1,0 +1,99 @@
+#include "spec/input_stack.h"
+
+#include <cstring>
+
+#include "spec/clean_line.h"
+#include "spec/file_names.h"
+#include "support/bytes.h"
+#include "support/failure.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+namespace {
+
+constexpr char kNoBreakSpace = '\xA0';
+constexpr char kUtf8SpaceLead = '\xC2';
+
+bool HoldsNoBreakSpace(std::string_view line) {
+  return !line.empty() && std::memchr(line.data(), static_cast<unsigned char>(kNoBreakSpace), line.size()) != nullptr;
+}
+
+/// In UTF-8 the byte of a no-break space is also part of other characters: only the whole sequence counts there.
+void ReplaceNoBreakSpaces(std::string_view line, std::string& result) {
+  const bool utf8 = IsUtf8(line);
+  result.clear();
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (utf8 && line[at] == kUtf8SpaceLead && line[at + 1] == kNoBreakSpace) {
+      result += ' ';
+      ++at;
+    } else {
+      result += !utf8 && line[at] == kNoBreakSpace ? ' ' : line[at];
+    }
+  }
+}
+
+}  // namespace
+
+void InputStack::Open(const std::string& path, std::string_view kind) {
+  files_.clear();
+  at_ = {};
+  Push(path, kind);
+}
+
+std::optional<std::string_view> InputStack::NextRawLine() {
+  for (;;) {
+    std::optional<std::string_view> line = NextPhysicalLine();
+    if (!line) return {};
+    ++at_.LineNumber;
+    if (HoldsNoBreakSpace(*line)) {
+      ReplaceNoBreakSpaces(*line, changed_);
+      line = changed_;
+    }
+    at_.LastLine.assign(*line);
+    if (line->empty() || line->front() != '%') return line;
+    PushInclude(*line);
+  }
+}
+
+std::optional<std::string_view> InputStack::NextPhysicalLine() {
+  while (!files_.empty()) {
+    if (const std::optional<std::string_view> line = files_.back().Next()) return line;
+    if (files_.size() == 1) return {};
+    files_.pop_back();
+  }
+  return {};
+}
+
+void InputStack::Push(const std::string& path, std::string_view kind) {
+  try {
+    files_.emplace_back(path);
+  } catch (const Halt&) {
+    console_.ShowWarning("Failure opening " + std::string(kind) + " file: " + path);
+    throw;
+  }
+  const std::string title = std::string(kind) + " file - " + path + " - ";
+  const std::string format(files_.back().ForeignFormat());
+  if (!format.empty()) {
+    console_.ShowWarning(title + "has " + format + " format. Please re-format.");
+    throw Halt{FailureCode::InvalidFileFormat, {}};
+  }
+  if (kind == "Specification" && files_.back().AtEnd()) {
+    console_.ShowWarning(title + "is empty.");
+    throw Halt{FailureCode::FileEmpty, {}};
+  }
+}
+
+void InputStack::PushInclude(std::string_view line) {
+  std::string name;
+  CleanLine(line.substr(1), true, name);
+  if (name.empty()) throw Halt{FailureCode::NoFileName, {}};
+  if (files_.size() > static_cast<std::size_t>(kDeepestInclude)) {
+    console_.ShowWarning("% include file - " + name + " - is included more than" + GeneralText(kDeepestInclude) +
+                         " deep: does it include itself?");
+    throw Halt{FailureCode::IncompatibleFile, name};
+  }
+  console_.ShowMessage("Reading % include file: " + name);
+  Push(FindInputFile(name, folder_), "% include");
+}
+
+}  // namespace tessaly

@@ -1,0 +1,48 @@
+// Physical lines of a specification or data file and of the files that it includes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "state/analysis.h"
+#include "support/host.h"
+#include "support/line_file.h"
+
+namespace tessaly {
+
+/// The file at hand and, above it, its include files. A line that begins with "%" names a file to include; line numbers
+/// go on counting through included files.
+class InputStack {
+ public:
+  /// Deepest nesting of include files: a file that includes itself ends here.
+  static constexpr std::int32_t kDeepestInclude = 100;
+
+  /// `at` receives number and text of each line. `folder` is where relative include names are looked for after the
+  /// current folder (empty for none).
+  InputStack(InputLine& at, Console& console, std::string folder)
+      : at_(at), console_(console), folder_(std::move(folder)) {}
+
+  /// Opens the file at the bottom of the stack and sets the line number to 0. `kind` ("Specification", "Data") names it
+  /// in messages. Throws `Halt` if it cannot be opened or is no text file.
+  void Open(const std::string& path, std::string_view kind);
+
+  /// The next line as read, with every no-break space turned into a blank, or nothing at the end. The view holds until
+  /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and for a nesting deeper than `kDeepestInclude`.
+  std::optional<std::string_view> NextRawLine();
+
+ private:
+  std::optional<std::string_view> NextPhysicalLine();
+  void Push(const std::string& path, std::string_view kind);
+  void PushInclude(std::string_view line);
+
+  InputLine& at_;
+  Console& console_;
+  std::string folder_;
+  std::vector<LineFile> files_;
+  std::string changed_;
+};
+
+}  // namespace tessaly

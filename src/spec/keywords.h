@@ -1,0 +1,46 @@
+// The vocabulary of the specification file: one table.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "spec/spec_context.h"
+#include "spec/split_line.h"
+
+namespace tessaly {
+
+/// One keyword. All texts are meant for the user.
+struct Keyword {
+  /// With its "=".
+  std::string_view Name;
+  /// The leading letters that tell it, separated by blanks. Three letters go before two, two before one.
+  std::string_view Prefixes;
+  std::string_view Values;
+  std::string_view Default;
+  /// What it does.
+  std::string_view Help;
+  void (*Apply)(SpecContext&, const SplitLine&);
+  /// The keyword that this one is another form of: either may be given, once.
+  std::string_view OtherFormOf = {};
+  /// May be given several times. Of all other keywords only the first occurrence counts.
+  bool Repeats = false;
+  /// What it asks for does not exist yet: the user is told, and it has no effect.
+  bool NotBuiltYet = false;
+};
+
+/// All keywords, by name.
+std::span<const Keyword> Keywords();
+
+/// The keyword that `text` begins with, in either case; nothing for a text that begins with no letter.
+const Keyword* FindKeyword(std::string_view text);
+/// Whether the keyword of `line` is `name`.
+bool HasKeyword(const SplitLine& line, std::string_view name);
+
+/// Marks a keyword as given, so that the specification file cannot change it.
+void MarkAsSeen(SpecContext& context, const Keyword& keyword);
+
+/// Applies one line `keyword = value`. A repeated keyword is told on the status line and kept as a comment.
+/// Throws `Halt{SpecificationExpected}` for a line without keyword, and what the keyword throws.
+void ApplyKeyword(SpecContext& context, const SplitLine& line);
+
+}  // namespace tessaly

@@ -1,0 +1,20 @@
+// From the lines of `Models=` to the table of model statements.
+#pragma once
+
+#include <vector>
+
+#include "spec/spec_context.h"
+#include "state/facets.h"
+#include "state/models.h"
+
+namespace tessaly {
+
+/// Fills the statement table and marks the positions in use; without statements there is one for all elements and
+/// dichotomies. Throws `Halt{TooManyModelComponents}`, `Halt{TooFewModelComponents}`, `Halt{NonNumericWeight}` and
+/// `Halt{InvalidElementNumber}`, with `at` at the statement and the offending field.
+void LoadModels(const std::vector<StatementLine>& lines, FieldMap& fields, ModelTables& models, InputLine& at);
+
+/// Whether some statement marks a position for bias analysis.
+bool AsksForBias(const ModelTables& models);
+
+}  // namespace tessaly

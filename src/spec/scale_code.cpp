@@ -1,0 +1,46 @@
+#include "spec/scale_code.h"
+
+#include "support/number_text.h"
+
+namespace tessaly {
+namespace {
+
+/// Highest category of a rating scale whose code has no number.
+constexpr std::int32_t kDefaultTop = 9;
+
+}  // namespace
+
+std::optional<ScaleCode> ParseScaleCode(std::string_view code) {
+  if (code.empty()) return {};
+  const double value = LeadingNumber(code.substr(1));
+  const std::int32_t number = RoundToLong(value);
+  if (value > kHighestCategory || value != number) return {};
+
+  ScaleCode scale;
+  scale.Keep = code.find('K') != std::string_view::npos;
+  switch (code.front()) {
+    case 'R':
+      scale.Top = number > 0 ? number : kDefaultTop;
+      return scale;
+    case 'B':
+      if (number < 1) return {};
+      scale.ModelType = ModelType::Binomial;
+      scale.Top = number;
+      return scale;
+    case 'D':
+      scale.ModelType = ModelType::Binomial;
+      scale.Top = 1;
+      scale.DichotomyCut = number > 0 ? number : 0;
+      return scale;
+    case 'P':
+      scale.ModelType = ModelType::Poisson;
+      return scale;
+    case 'M':
+      scale.ModelType = ModelType::Missing;
+      return scale;
+    default:
+      return {};
+  }
+}
+
+}  // namespace tessaly

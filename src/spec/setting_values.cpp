@@ -1,0 +1,39 @@
+#include "spec/setting_values.h"
+
+#include <cmath>
+#include <limits>
+
+#include "support/expression.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+
+char FirstLetter(std::string_view text) {
+  return text.empty() ? ' ' : UpperAscii(text.front());
+}
+
+bool IsYes(std::string_view text) {
+  return FirstLetter(text) == 'Y';
+}
+
+std::int32_t WholeValue(std::string_view text) {
+  return RoundToLong(double(EvaluateExpression(text)));
+}
+
+std::int32_t AbsoluteWholeValue(std::string_view text) {
+  return RoundToLong(double(AbsoluteValue(text)));
+}
+
+float AbsoluteValue(std::string_view text) {
+  return std::abs(EvaluateExpression(text));
+}
+
+double ExactValue(std::string_view text) {
+  return IsNumeric(text) ? LeadingNumber(text) : double(EvaluateExpression(text));
+}
+
+bool IsNumberOf(double value, std::string_view text) {
+  return value != 0 || text.find('0') != std::string_view::npos;
+}
+
+}  // namespace tessaly

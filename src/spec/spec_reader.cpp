@@ -1,0 +1,32 @@
+#include "spec/spec_reader.h"
+
+#include <utility>
+
+#include "spec/clean_line.h"
+
+namespace tessaly {
+
+std::optional<std::string_view> SpecReader::ReadLine() {
+  if (std::exchange(unread_, false)) return work_;
+  while (const std::optional<std::string_view> raw = input_.NextRawLine()) {
+    if (HasVisibleComment(*raw)) comments_.emplace_back(*raw);
+    CleanLine(*raw, true, work_);
+    if (!work_.empty()) return work_;
+  }
+  return {};
+}
+
+std::optional<SplitLine> SpecReader::NextBlockLine() {
+  const std::optional<std::string_view> work = ReadLine();
+  if (!work) return {};
+  SplitLine line = SplitBlockLine(*work);
+  if (line.IsBlockEnd()) return {};
+  return line;
+}
+
+void SpecReader::SkipRest() {
+  unread_ = false;
+  while (input_.NextRawLine()) continue;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,36 @@
+// Cleaned lines of the specification, one after the other.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "spec/input_stack.h"
+#include "spec/split_line.h"
+
+namespace tessaly {
+
+/// Reads the specification line by line. Number and text of the line at hand stand in the input line of the stack.
+class SpecReader {
+ public:
+  /// `comments` receives every line that contains ";;".
+  SpecReader(InputStack& input, std::vector<std::string>& comments) : input_(input), comments_(comments) {}
+
+  /// The next line that is not empty, cleaned, or nothing at the end. The view holds until the next call.
+  std::optional<std::string_view> ReadLine();
+  /// The next line of a block, or nothing where the block ends: at "*" and at the end of the input.
+  std::optional<SplitLine> NextBlockLine();
+  /// Hands out the line last read once more: it belongs to whoever reads next.
+  void Unread() { unread_ = true; }
+  /// Reads over all that is left.
+  void SkipRest();
+
+ private:
+  InputStack& input_;
+  std::vector<std::string>& comments_;
+  std::string work_;
+  bool unread_ = false;
+};
+
+}  // namespace tessaly

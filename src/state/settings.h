@@ -1,0 +1,94 @@
+// Settings: one field for each keyword. The member initialisers are the defaults.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/bytes.h"
+
+namespace tessaly {
+
+enum class BiasDirection : std::int8_t { Plus = 1, Minus = -1, Omit = 0 };
+enum class SubsetReport : std::int8_t { Off, Detect, Report, List };
+
+struct Settings {
+  std::string Title;
+  /// Facet letters by which Table 7 is arranged, items joined with commas; empty suppresses Table 7.
+  std::string ArrangeSpec = "mN,fN,N";
+  char AsciiOption = 'Y';
+  /// 0 no, 1 yes, 2 all.
+  int BarchartsOption = 1;
+  bool BatchOption = false;
+  bool BeepOn = false;
+  tessaly::BiasDirection BiasDirection = tessaly::BiasDirection::Plus;
+  bool BoxShow = true;
+  float ConvergenceScore = 0.5F;
+  float ConvergenceLogit = 0.01F;
+  float ConvergenceCategoryScore = 0;
+  float ConvergenceCategoryLogit = 0;
+  std::string CsvDelimiter = " ";
+  std::string DelementsOption;
+  /// `Dvalues=` entries as written, fields joined with commas.
+  std::vector<std::string> DvaluesSpec;
+  /// 'M' mean, 'Z' zero.
+  char FairOption = 'M';
+  float HardwareExponent = 80;
+  /// exp(-HardwareExponent): floor of logarithms and divisions.
+  float SmallestNumber = 1.8048514e-35F;
+  bool HeadingLinesOption = true;
+  /// The rater facet, then the facets to match; empty when agreement is not asked for.
+  std::vector<std::int32_t> InterRaterFacets;
+  std::int32_t IterationsLimit = 0;
+  std::int32_t JuxtaposeLines = 0;
+  /// 'N': elements that data name and `Labels=` does not are not listed.
+  char LabelsBuild = 'B';
+  bool LeftHand = false;
+  std::vector<std::string> MissingCodes;
+  /// 0: iterative curve-fitting; otherwise the Newton-Raphson step size.
+  float NewtonStep = 0;
+  std::int32_t NullElement = 0;
+  bool OmitUnobserved = true;
+  /// 'Y' point-biserial, 'I' including the element's own, 'M' point-measure, 'N' none.
+  char PtBiserial = 'M';
+  std::string QuoteMark;
+  bool QueryOption = false;
+  bool RealSE = false;
+  std::string ReplicationChar = "R";
+  SubsetReport SubsetDetection = SubsetReport::Detect;
+  bool T3onscreen = true;
+  std::int32_t T4Max = 100;
+  std::string T8NBC = "NBC";
+  std::string TablesOption = "Y";
+  bool TotalScore = true;
+  std::int32_t Udecimals = 2;
+  float Umean = 0;
+  float Uscale = 1;
+  float UnexpectedMin = 3;
+  std::string USort = "u";
+  TextEncoding Encoding;
+  std::string VerticalSpec = "Y";
+  bool Whexact = true;
+  bool WriteIterations = false;
+  float XtremeMain = 0.3F;
+  float XtremeBias = 0.5F;
+  std::string YardstickSpec;
+  float ZscoreSize = 0;
+  float ZscoreT = 0;
+
+  std::string SpecFileName;
+  std::string OutputFileName;
+  std::string AnchorFileName;
+  std::string ResidualFileName;
+  std::string GraphFileName;
+  std::string ScoreFileName;
+  std::string SimulatedFileName;
+  /// File names joined with `+`; empty with `InlineData` for data inside the specification file.
+  std::string DataFileName;
+  bool InlineData = false;
+
+  /// `measure` (logit) in user units.
+  float UserMeasure(float measure) const { return Umean + Uscale * measure; }
+};
+
+}  // namespace tessaly
