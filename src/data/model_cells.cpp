@@ -1,43 +1,21 @@
 #include "data/model_cells.h"
 
 #include <algorithm>
-#include <string_view>
 
-#include "support/bytes.h"
-#include "support/number_text.h"
+#include "spec/scale_code.h"
 
 namespace tessaly {
 namespace {
 
 constexpr ScaleNumber kNoScale{-1};
-constexpr std::int16_t kHighestCategory = 255;
-constexpr std::int16_t kUsualTop = 9;
 
-/// Letter and number of a scale code such as "R5"; the number is 0 if there is none.
-struct ScaleCode {
-  char Letter = ' ';
-  std::int16_t Number = 0;
-};
-
-ScaleCode CodeOf(const ModelStatement& statement) {
-  const std::string_view code = TrimBlanks(statement.ModelField[0]);
-  if (code.empty()) return {};
-  const double number = std::clamp(LeadingNumber(code.substr(1)), 0.0, double(kHighestCategory));
-  return {UpperAscii(code[0]), static_cast<std::int16_t>(number)};
-}
-
-std::int16_t TopCategory(ModelType type, const ScaleCode& code) {
-  switch (type) {
-    case ModelType::RatingScale:
-      return code.Number > 0 ? code.Number : kUsualTop;
-    case ModelType::Binomial:
-      return code.Letter == 'D' ? std::int16_t{1} : std::max(code.Number, std::int16_t{1});
-    case ModelType::Poisson:
-      return kHighestCategory;
-    case ModelType::Missing:
-      break;
-  }
-  return 0;
+/// The scale of `statement` as its code says. Codes have been tested when statements and definitions were matched.
+Scale DeclaredScale(const ModelStatement& statement) {
+  const ScaleCode code = ParseScaleCode(statement.ModelField[0]).value_or(ScaleCode{});
+  Scale scale;
+  scale.ScaleTopCategory = static_cast<std::int16_t>(code.Top);
+  scale.ScaleDichotomyCut = static_cast<std::int16_t>(code.DichotomyCut);
+  return scale;
 }
 
 }  // namespace
@@ -54,7 +32,6 @@ ModelCells::ModelCells(ModelTables& models, ScaleTables& scales, ElementTable& e
     for (const PositionNumber position : statement.ModelLow.all())
       if (statement.ModelHasHash && statement.IsHash(position))
         hashPositions_[number].push_back(static_cast<std::size_t>(position.value - 1));
-    scales.RawCategoryLimit = std::max(scales.RawCategoryLimit, TopCategory(statement.ModelType, CodeOf(statement)));
   }
   scales_.CategoryRawCount.Create(0, scales.RawCategoryLimit + 1);
 }
@@ -114,13 +91,8 @@ ScaleNumber ModelCells::ScaleFor(StatementNumber number) {
 }
 
 ScaleNumber ModelCells::MakeScale(StatementNumber number) {
-  const ModelStatement& statement = models_.Statements[number];
-  const ScaleCode code = CodeOf(statement);
-  Scale scale;
-  scale.ScaleTopCategory = TopCategory(statement.ModelType, code);
-  if (statement.ModelType == ModelType::Binomial && code.Letter == 'D') scale.ScaleDichotomyCut = code.Number;
+  Scale scale = DeclaredScale(models_.Statements[number]);
   scale.ScaleModel = number;
-  if (statement.ModelType == ModelType::Poisson) scales_.PoissonUsed = true;
   scales_.CategoryRawCount.AddScale();
   return scales_.Scales.add(scale);
 }

@@ -29,7 +29,7 @@ ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analys
   }
   for (const ActivePosition& position : analysis.Fields.Positions) {
     const Facet& facet = analysis.Facets[position.PositionFacet];
-    positions_.push_back({facet.FacetPositive, facet.FacetMeanMeasure});
+    positions_.push_back({facet.FacetPositive ? 1.0F : -1.0F, facet.FacetMeanMeasure});
   }
   elementsAtHand_.resize(positions_.size());
   current_.Elements.resize(positions_.size());
@@ -76,11 +76,8 @@ void ObservationPass::Expand(const ObservationRecord& record) {
   }
   const ModelStatement* negatives = nullptr;
   if (anyNegative_) {
-    const ModelStatement& statement = models_.Statements[cell.Statement];
-    if (statement.HasNegative()) {
-      negatives = &statement;
-      CancelOpposites(statement);
-    }
+    negatives = &models_.Statements[cell.Statement];
+    if (negatives->HasNegative()) CancelOpposites(*negatives);
   }
   SumMeasures(negatives);
 }
@@ -101,42 +98,60 @@ void ObservationPass::CancelOpposites(const ModelStatement& statement) {
 
 void ObservationPass::SumMeasures(const ModelStatement* negatives) {
   Observation& obs = current_;
+  ObservedElement* const elements = obs.Elements.data();
   bool measurable = false;
-  for (std::size_t at = 0; at < elementsAtHand_.size(); ++at) obs.Elements[at].CurrentElement = elementsAtHand_[at];
-  for (std::size_t at = elementsAtHand_.size(); at-- > 0;) {
-    ObservedElement& own = obs.Elements[at];
-    own.CurrentMeasure = 0;
-    if (own.CurrentElement.value == 0) continue;
-    own.Status = elements_.ElementStatus[own.CurrentElement];
-    if (WithoutMeasure(own.Status)) {
-      obs.Status = ReadStatus::ElementNotInUse;
-      obs.MeasureSum = 0;
-      return;
+  float sum = 0;
+  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
+    ObservedElement& own = elements[at];
+    own.CurrentElement = elementsAtHand_[at];
+    if (own.CurrentElement.value == 0) {
+      own.CurrentMeasure = 0;
+      continue;
     }
+    own.Status = elements_.ElementStatus[own.CurrentElement];
     if (Measurable(own.Status)) {
       measurable = true;
-    } else if (obs.Status == ReadStatus::Usable) {
-      obs.Status = ReadStatus::OneExtreme;
-    } else if (obs.Status == ReadStatus::OneExtreme) {
-      obs.Status = ReadStatus::SeveralExtreme;
+    } else if (WithoutMeasure(own.Status)) {
+      GiveUp(at);
+      return;
+    } else {
+      CountExtreme();
     }
-    own.Negative = negatives != nullptr && negatives->Negative({static_cast<std::int32_t>(at) + 1});
-    const bool added = positions_[at].Positive != own.Negative;
-    const float measure = elements_.ElementMeasure[own.CurrentElement];
-    own.CurrentMeasure = added ? measure : -measure;
-    obs.MeasureSum += own.CurrentMeasure;
+    float sign = positions_[at].Sign;
+    if (negatives != nullptr) {
+      own.Negative = negatives->Negative({static_cast<std::int32_t>(at) + 1});
+      if (own.Negative) sign = -sign;
+    }
+    own.CurrentMeasure = sign * elements_.ElementMeasure[own.CurrentElement];
+    sum += own.CurrentMeasure;
     if (elements_.WeightsUsed) obs.ObsWeight *= elements_.ElementStats[own.CurrentElement].ElementWeight;
     if (takeOffMeans_) {
-      const float mean = added ? positions_[at].Mean : -positions_[at].Mean;
+      const float mean = sign * positions_[at].Mean;
       own.CurrentMeasure -= mean;
       obs.MeanOffsetSum += mean;
     }
   }
+  obs.MeasureSum = sum;
   if (!measurable) {
     if (TakesPart(obs.Status)) obs.Status = ReadStatus::NothingMeasurable;
   } else if (obs.ObsOrdinal < 0) {
     obs.Status = ReadStatus::CategoryNotInUse;
   }
+}
+
+void ObservationPass::CountExtreme() {
+  ReadStatus& status = current_.Status;
+  if (status == ReadStatus::Usable) {
+    status = ReadStatus::OneExtreme;
+  } else if (status == ReadStatus::OneExtreme) {
+    status = ReadStatus::SeveralExtreme;
+  }
+}
+
+// The element at `at` is not in use: the observation counts for nothing, but who looks at it still finds its elements.
+void ObservationPass::GiveUp(std::size_t at) {
+  while (at-- > 0) current_.Elements[at].CurrentElement = elementsAtHand_[at];
+  current_.Status = ReadStatus::ElementNotInUse;
 }
 
 }  // namespace tessaly

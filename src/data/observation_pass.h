@@ -115,7 +115,8 @@ class ObservationPass {
     const std::int16_t* Ordinals;
   };
   struct PositionFacts {
-    bool Positive;
+    /// 1 where the facet's measures are added, -1 where they are subtracted.
+    float Sign;
     float Mean;
   };
 
@@ -123,7 +124,10 @@ class ObservationPass {
   void ReadObservation();
   void Expand(const ObservationRecord& record);
   void CancelOpposites(const ModelStatement& statement);
+  /// `negatives` is the statement if some statement has positions marked `-`, else null.
   void SumMeasures(const ModelStatement* negatives);
+  void CountExtreme();
+  void GiveUp(std::size_t at);
   void Tick();
 
   ObservationStore& store_;

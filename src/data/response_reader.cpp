@@ -3,21 +3,19 @@
 #include <algorithm>
 #include <optional>
 
+#include "spec/scale_code.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
 
 namespace tessaly {
 namespace {
 
-/// Highest response that is a category.
-constexpr std::int32_t kHighestResponse = 255;
-
 /// A response that is not to be stored.
 constexpr std::int16_t kNoCategory = -1;
 
 /// The category that `response` stands for on `scale`; `kNoCategory` if it is above the top.
 std::int16_t ScoredCategory(std::int32_t response, const Scale& scale) {
-  if (response > kHighestResponse) return kNoCategory;
+  if (response > kHighestCategory) return kNoCategory;
   if (scale.ScaleDichotomyCut > 0) return response >= scale.ScaleDichotomyCut ? std::int16_t{1} : std::int16_t{0};
   return response > scale.ScaleTopCategory ? kNoCategory : static_cast<std::int16_t>(response);
 }
@@ -150,8 +148,8 @@ std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences
       trace_.Show(QueryState::Negative);
       return kNoCategory;
     }
-    const IntegerReading reading = ParseInt(datum, kHighestResponse);
-    number = reading.Good() ? reading.Value : kHighestResponse + 1;
+    const IntegerReading reading = ParseInt(datum, kHighestCategory);
+    number = reading.Good() ? reading.Value : kHighestCategory + 1;
   }
   const std::int16_t category = ScoredCategory(number, scale);
   if (category != kNoCategory) return category;

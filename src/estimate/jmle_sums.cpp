@@ -11,15 +11,23 @@ void JmleSums::Add(const Observation& obs) {
   const float expected =
       kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum);
   if (obs.CurrentTop > 1 && obs.Status == ReadStatus::Usable) AddCategories(obs);
-  const float information = Variance(obs, expected) * obs.ObsWeight;
-  const auto top = static_cast<float>(obs.CurrentTop);
+  const float w = obs.ObsWeight;
+  const float information = Variance(obs, expected) * w;
+  const auto expectedScore = static_cast<double>(expected * w);
+  const auto probedScore = static_cast<double>(probed * w);
   for (std::size_t at = obs.Elements.size(); at-- > 0;) {
     const ObservedElement& own = obs.Elements[at];
     if (!own.Collects(obs.Status)) continue;
     EstimationSums& sums = sums_[own.CurrentElement];
     sums.Information += information;
-    sums.ExpectedScore += static_cast<double>((own.Negative ? top - expected : expected) * obs.ObsWeight);
-    sums.ExpectedScoreProbe += static_cast<double>((own.Negative ? top - probed : probed) * obs.ObsWeight);
+    if (own.Negative) {
+      const auto top = static_cast<float>(obs.CurrentTop);
+      sums.ExpectedScore += static_cast<double>((top - expected) * w);
+      sums.ExpectedScoreProbe += static_cast<double>((top - probed) * w);
+    } else {
+      sums.ExpectedScore += expectedScore;
+      sums.ExpectedScoreProbe += probedScore;
+    }
   }
 }
 

@@ -49,35 +49,32 @@ float ResponseKernel::Dichotomy(ScaleNumber scale, float measure) {
 }
 
 float ResponseKernel::RatingScale(ScaleNumber scale, std::int32_t top, float measure) {
-  const float* step = scales_.CategoryStep.Row(scale);
-  const CategoryAnchor* anchor = scales_.CategoryAnchor.Row(scale);
+  const float* const step = scales_.CategoryStep.Row(scale);
+  const CategoryAnchor* const anchor = scales_.CategoryAnchor.Row(scale);
+  float* const exponent = probability_.data();
   float sum = 0;
-  float highest = 0;
   for (std::int32_t k = 1; k <= top; ++k) {
     sum += measure;
     if (anchor[k] == CategoryAnchor::KeptUnobserved) {
-      probability_[static_cast<std::size_t>(k)] = -std::numeric_limits<float>::infinity();
-      continue;
+      exponent[k] = -std::numeric_limits<float>::infinity();
+    } else {
+      sum -= step[k];
+      exponent[k] = sum;
     }
-    sum -= step[k];
-    probability_[static_cast<std::size_t>(k)] = sum;
-    highest = std::max(highest, sum);
   }
-  return Normalise(top, highest);
+  return Normalise(top);
 }
 
 float ResponseKernel::Binomial(ScaleNumber scale, std::int32_t top, float measure) {
   const float s = scales_.CategoryStep(scale, 0);
   const std::vector<double>& logs = BinomialLogs(top);
   float sum = 0;
-  float highest = 0;
   for (std::int32_t k = 1; k <= top; ++k) {
     const auto at = static_cast<std::size_t>(k);
     sum = static_cast<float>(static_cast<double>(sum + measure) - static_cast<double>(s) * logs[at]);
     probability_[at] = sum;
-    highest = std::max(highest, sum);
   }
-  const float expected = Normalise(top, highest);
+  const float expected = Normalise(top);
   if (s != 1.0F) return expected;
   return static_cast<float>(top / (std::exp(static_cast<double>(std::min(-measure, hardwareExponent_))) + 1.0));
 }
@@ -86,34 +83,35 @@ float ResponseKernel::Poisson(ScaleNumber scale, std::int32_t top, float measure
   const float s = scales_.CategoryStep(scale, 0);
   const std::int32_t n = top < 5 ? 10 : std::min(2 * top, kProbabilityTop);
   float sum = 0;
-  float highest = 0;
   for (std::int32_t k = 1; k <= n; ++k) {
     const auto at = static_cast<std::size_t>(k);
     sum = static_cast<float>(static_cast<double>(sum + measure) - static_cast<double>(s) * log_[at]);
     probability_[at] = sum;
-    highest = std::max(highest, sum);
   }
-  const float expected = Normalise(n, highest);
+  const float expected = Normalise(n);
   if (s != 1.0F) return expected;
   return std::min(ExpSingle(std::min(measure, hardwareExponent_)), kCountCap);
 }
 
 // The table holds the exponents of categories 1..top; turns them into probabilities and gives the expected category.
-float ResponseKernel::Normalise(std::int32_t top, float highest) {
+float ResponseKernel::Normalise(std::int32_t top) {
+  float* const p = probability_.data();
+  // A loop of its own: which exponent is the highest cannot be foretold, and here it costs no branch.
+  float highest = 0;
+  for (std::int32_t k = 1; k <= top; ++k) highest = highest > p[k] ? highest : p[k];
   const float shift = hardwareExponent_ - highest;
-  probability_[0] = ExpSingle(shift);
-  double total = static_cast<double>(probability_[0]);
+  p[0] = ExpSingle(shift);
+  double total = static_cast<double>(p[0]);
   for (std::int32_t k = top; k >= 1; --k) {
-    float& p = probability_[static_cast<std::size_t>(k)];
-    p = ExpSingle(shift + p);
-    total += static_cast<double>(p);
+    p[k] = ExpSingle(shift + p[k]);
+    total += static_cast<double>(p[k]);
   }
   const double r = 1.0 / total;
   double expected = 0;
-  for (std::int32_t k = top; k >= 0; --k) {
-    float& p = probability_[static_cast<std::size_t>(k)];
-    p = static_cast<float>(r * static_cast<double>(p));
-    expected += static_cast<double>(k) * static_cast<double>(p);
+  double category = top;
+  for (std::int32_t k = top; k >= 0; --k, --category) {
+    p[k] = static_cast<float>(r * static_cast<double>(p[k]));
+    expected += category * static_cast<double>(p[k]);
   }
   computedTop_ = top;
   return static_cast<float>(expected);

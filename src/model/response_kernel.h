@@ -63,7 +63,7 @@ class ResponseKernel {
   float RatingScale(ScaleNumber scale, std::int32_t top, float measure);
   float Binomial(ScaleNumber scale, std::int32_t top, float measure);
   float Poisson(ScaleNumber scale, std::int32_t top, float measure);
-  float Normalise(std::int32_t top, float highest);
+  float Normalise(std::int32_t top);
   const std::vector<double>& BinomialLogs(std::int32_t top) const;
 
   const ScaleTables& scales_;

@@ -8,8 +8,9 @@ namespace {
 using Words = std::vector<std::string>;
 
 TEST(CommandLine, FileNamesAndExtraSpecifications) {
-  const CommandLine line = ReadCommandLine(Words{"spec.txt", "Title=My run", "out.txt", "batch=yes", "\"my", "anchors.txt\"",
-                                                 "\"res.txt\"\"graph", "file\"", "Iterations=3; note", "lost=1"});
+  const CommandLine line =
+      ReadCommandLine(Words{"spec.txt", "Title=My run", "out.txt", "batch=yes", "\"my", "anchors.txt\"",
+                            "\"res.txt\"\"graph", "file\"", "Iterations=3; note", "lost=1"});
   EXPECT_EQ(line.FileNames,
             (std::array<std::string, 5>{"spec.txt", "out.txt", "my anchors.txt", "res.txt", "graph file"}));
   EXPECT_EQ(line.ExtraSpecs, (Words{"Title=My run", "batch=yes", "Iterations=3"}));
@@ -44,13 +45,15 @@ TEST(CommandLine, GoesBeforeTheFile) {
   EXPECT_EQ(run.A.Settings.DataFileName, "c.csv");
   EXPECT_EQ(run.A.Settings.IterationsLimit, 9);
   EXPECT_EQ(run.Said.Messages.front(), "Extra specifications: Title=My run Data=c.csv");
-  EXPECT_EQ(run.A.SpecComments, (Words{"spec.txt command.txt Title=My run Data=c.csv ;;x", "Title=File", "Output=file.txt"}));
+  EXPECT_EQ(run.A.SpecComments,
+            (Words{"spec.txt command.txt Title=My run Data=c.csv ;;x", "Title=File", "Output=file.txt"}));
 }
 
 TEST(CommandLine, ExtraSpecificationsHaveNoBlocks) {
   for (const char* word : {"Models=?,?,R", "Labels=Nobuild", "Rating=x,R3", "Glabel=", "Dvalues=*"}) {
     const SpecRun run(WithTwoFacets(""), {"Facets=2", word});
-    EXPECT_EQ(run.Blamed(), std::string(word) + " | Error F18: Extra specification is not specification=value or is invalid");
+    EXPECT_EQ(run.Blamed(),
+              std::string(word) + " | Error F18: Extra specification is not specification=value or is invalid");
   }
   EXPECT_EQ(SpecRun(WithTwoFacets(""), {"3=4"}).Blamed(), "3=4 | Error F1: \"Specification=value\" expected");
   const SpecRun oneLiners(WithTwoFacets(""), {"Facets=2", "Glabel=1,5,Old", "Dvalues=2,1", "Data="});

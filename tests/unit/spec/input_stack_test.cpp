@@ -38,8 +38,7 @@ TEST(InputStack, IncludeFilesGoOnCountingAndReturnToWhoIncludedThem) {
   folder.Write("sub/c.txt", "three % not an include");
   const Lines lines(path);
   EXPECT_EQ(lines.Read, (Texts{"1:one", "3:two", "5:three % not an include", "6:four"}));
-  EXPECT_EQ(lines.Said.Messages,
-            (Texts{"Reading % include file: b.txt", "Reading % include file: sub\\c.txt"}));
+  EXPECT_EQ(lines.Said.Messages, (Texts{"Reading % include file: b.txt", "Reading % include file: sub\\c.txt"}));
 }
 
 TEST(InputStack, FilesThatCannotBeRead) {
@@ -71,9 +70,11 @@ TEST(InputStack, FilesThatCannotBeRead) {
 
 TEST(InputStack, NoBreakSpacesBecomeBlanksInTheirOwnEncodingOnly) {
   const TestFolder folder;
-  const Lines lines(folder.Write("a.txt", "1\xA0=\xA0" "caf\xE9\n"
-                                          "1\xC2\xA0=\xC2\xA0voil\xC3\xA0\n"
-                                          "plain\n"));
+  const Lines lines(folder.Write("a.txt",
+                                 "1\xA0=\xA0"
+                                 "caf\xE9\n"
+                                 "1\xC2\xA0=\xC2\xA0voil\xC3\xA0\n"
+                                 "plain\n"));
   EXPECT_EQ(lines.Read, (Texts{"1:1 = caf\xE9", "2:1 = voil\xC3\xA0", "3:plain"}));
 }
 

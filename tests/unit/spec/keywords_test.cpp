@@ -12,22 +12,85 @@ namespace {
 TEST(Keywords, RecognisedByThreeThenTwoThenOneLetter) {
   const std::pair<const char*, const char*> cases[] = {
       // Each prefix of two or three letters, and a neighbour that it must not catch.
-      {"BATCH", "Batch="}, {"BA", "Barcharts="}, {"bar", "Barcharts="}, {"BAD", "Bias="}, {"B", "Bias="},
-      {"BE", "Beep="}, {"BOX", "Boxshow="}, {"BO", "Bias="}, {"POI", "Pt-biserial="}, {"PO", "Positive="},
-      {"PT", "Pt-biserial="}, {"G", "Pt-biserial="}, {"P", "Positive="}, {"NEW", "Newton="}, {"NEG", "Negative="},
-      {"NU", "Null="}, {"NO", "Noncenter="}, {"FAI", "Fair="}, {"FA", "Facets="}, {"REP", "Replication="},
-      {"RES", "Residualfile="}, {"YN", "Residualfile="}, {"YA", "Yardstick="}, {"RE", "Rating scale="},
-      {"USO", "Usort="}, {"USC", "Uscale="}, {"US", "Unexpected="}, {"UM", "Umean="}, {"UD", "Udecimals="},
-      {"UT", "UTF8sub="}, {"SC", "Scorefile="}, {"SU", "Subsets="}, {"SI", "Simulated="}, {"SH", "Show unobserved="},
-      {"ST", "Standard errors="}, {"LE", "Left-hand="}, {"LA", "Labels="}, {"MI", "Missing="}, {"MO", "Models="},
-      {"HS", "HS="}, {"HE", "Heading lines="}, {"HL", "Heading lines="}, {"HA", "Hardware="}, {"GR", "Graphfile="},
-      {"GL", "Glabel="}, {"GX", "Pt-biserial="}, {"AN", "Anchorfile="}, {"AS", "ASCII="}, {"AR", "Arrange="},
-      {"CS", "CSV="}, {"CE", "Center="}, {"CO", "Convergence="}, {"IN", "Inter-rater="}, {"IT", "Iterations="},
-      {"WH", "Whexact="}, {"WR", "Write="}, {"DV", "Dvalues="}, {"DE", "Delements="}, {"DA", "Data="},
-      {"OM", "Omit-unobserved="}, {"OU", "Output="}, {"QM", "QM="}, {"QU", "Query="}, {"TO", "Totalscore="},
-      {"T4", "T4MAX="}, {"T3", "T3onscreen="}, {"T8", "T8NBC="}, {"TA", "Tables="}, {"TI", "Title="}, {"T", "Title="},
-      {"ES", "Entered="}, {"EN", "Entered="}, {"K", "Keepzero="}, {"J", "Juxtapose="}, {"V", "Vertical="},
-      {"X", "Xtreme="}, {"Z", "Zscore="}, {"non-center", "Noncenter="}, {"Rating (or partial credit) scale", "Rating scale="},
+      {"BATCH", "Batch="},
+      {"BA", "Barcharts="},
+      {"bar", "Barcharts="},
+      {"BAD", "Bias="},
+      {"B", "Bias="},
+      {"BE", "Beep="},
+      {"BOX", "Boxshow="},
+      {"BO", "Bias="},
+      {"POI", "Pt-biserial="},
+      {"PO", "Positive="},
+      {"PT", "Pt-biserial="},
+      {"G", "Pt-biserial="},
+      {"P", "Positive="},
+      {"NEW", "Newton="},
+      {"NEG", "Negative="},
+      {"NU", "Null="},
+      {"NO", "Noncenter="},
+      {"FAI", "Fair="},
+      {"FA", "Facets="},
+      {"REP", "Replication="},
+      {"RES", "Residualfile="},
+      {"YN", "Residualfile="},
+      {"YA", "Yardstick="},
+      {"RE", "Rating scale="},
+      {"USO", "Usort="},
+      {"USC", "Uscale="},
+      {"US", "Unexpected="},
+      {"UM", "Umean="},
+      {"UD", "Udecimals="},
+      {"UT", "UTF8sub="},
+      {"SC", "Scorefile="},
+      {"SU", "Subsets="},
+      {"SI", "Simulated="},
+      {"SH", "Show unobserved="},
+      {"ST", "Standard errors="},
+      {"LE", "Left-hand="},
+      {"LA", "Labels="},
+      {"MI", "Missing="},
+      {"MO", "Models="},
+      {"HS", "HS="},
+      {"HE", "Heading lines="},
+      {"HL", "Heading lines="},
+      {"HA", "Hardware="},
+      {"GR", "Graphfile="},
+      {"GL", "Glabel="},
+      {"GX", "Pt-biserial="},
+      {"AN", "Anchorfile="},
+      {"AS", "ASCII="},
+      {"AR", "Arrange="},
+      {"CS", "CSV="},
+      {"CE", "Center="},
+      {"CO", "Convergence="},
+      {"IN", "Inter-rater="},
+      {"IT", "Iterations="},
+      {"WH", "Whexact="},
+      {"WR", "Write="},
+      {"DV", "Dvalues="},
+      {"DE", "Delements="},
+      {"DA", "Data="},
+      {"OM", "Omit-unobserved="},
+      {"OU", "Output="},
+      {"QM", "QM="},
+      {"QU", "Query="},
+      {"TO", "Totalscore="},
+      {"T4", "T4MAX="},
+      {"T3", "T3onscreen="},
+      {"T8", "T8NBC="},
+      {"TA", "Tables="},
+      {"TI", "Title="},
+      {"T", "Title="},
+      {"ES", "Entered="},
+      {"EN", "Entered="},
+      {"K", "Keepzero="},
+      {"J", "Juxtapose="},
+      {"V", "Vertical="},
+      {"X", "Xtreme="},
+      {"Z", "Zscore="},
+      {"non-center", "Noncenter="},
+      {"Rating (or partial credit) scale", "Rating scale="},
   };
   std::set<std::string_view> met;
   for (const auto& [text, name] : cases) {
@@ -51,8 +114,9 @@ TEST(Keywords, EveryRowTellsTheUserWhatItDoes) {
 }
 
 TEST(Keywords, TheFirstOccurrenceStands) {
-  const SpecRun run(WithTwoFacets("Iterations=5\nI=6 ; later\nNegative=1\nPositive=2\nNoncenter=2\nCenter=1Z\n"
-                                  "Omit=N\nShow=N\nKeepzero=9\nNull=8\nUmean=50\nUscale=10\nGlabel=1,1,a\nGlabel=1,2,b"));
+  const SpecRun run(
+      WithTwoFacets("Iterations=5\nI=6 ; later\nNegative=1\nPositive=2\nNoncenter=2\nCenter=1Z\n"
+                    "Omit=N\nShow=N\nKeepzero=9\nNull=8\nUmean=50\nUscale=10\nGlabel=1,1,a\nGlabel=1,2,b"));
   EXPECT_EQ(run.Error, "");
   EXPECT_EQ(run.A.Settings.IterationsLimit, 5);
   EXPECT_FALSE(run.A.Facets[{1}].FacetPositive);
@@ -68,16 +132,21 @@ TEST(Keywords, TheFirstOccurrenceStands) {
 }
 
 TEST(Keywords, WhatIsNotBuiltYetIsToldOnce) {
-  const SpecRun run(WithTwoFacets("Output=report.txt,anchors.txt,residuals.txt\nAnchorfile=a.txt\nScorefile=s.txt,Tab\n"
-                                  "Inter-rater=0\nSimulated=\nGraph=\nModels=?B,?B,R3\n1B,?,R3\n*\nVertical=1A\nG=Y"),
-                    {"s", "o", "anchors.txt", "", "graph.txt"});
-  EXPECT_EQ(run.Error, "");
-  const auto told = [](const std::string& what) { return what + " is not available in this version: ignored"; };
-  EXPECT_EQ(run.Said.Warnings,
-            (std::vector<std::string>{told("Anchorfile="), told("Residualfile="), told("Scorefile="), told("B in Models=")}));
-  EXPECT_EQ(run.A.Settings.OutputFileName, "o");
-  EXPECT_EQ(run.A.Settings.AnchorFileName, "");
-  EXPECT_EQ(run.A.Settings.ScoreFileName, "");
+  const auto told = [](const std::vector<std::string>& names) {
+    std::vector<std::string> lines;
+    for (const std::string& name : names) lines.push_back(name + " is not available in this version: ignored");
+    return lines;
+  };
+  const SpecRun file(
+      WithTwoFacets("Output=report.txt,anchors.txt,,graph.txt\nAnchorfile=a.txt\nScorefile=s.txt,Tab\n"
+                    "Inter-rater=0\nSimulated=\nResidual=\nModels=?B,?B,R3\n1B,?,R3\n*\nVertical=1A\nG=Y"));
+  EXPECT_EQ(file.Error, "");
+  EXPECT_EQ(file.Said.Warnings, told({"Anchorfile=", "Graphfile=", "Scorefile=", "B in Models="}));
+  EXPECT_EQ(file.A.Settings.OutputFileName, "report.txt");
+  EXPECT_EQ(file.A.Settings.AnchorFileName + file.A.Settings.ScoreFileName, "");
+
+  const SpecRun commandLine(WithTwoFacets("Anchorfile=b.txt"), {"s", "o", "anchors.txt", "residuals.txt", "graph.txt"});
+  EXPECT_EQ(commandLine.Said.Warnings, told({"Anchorfile=", "Residualfile=", "Graphfile="}));
 }
 
 TEST(Keywords, LinesWithoutKeyword) {
