@@ -18,22 +18,17 @@ std::string NumberText(std::int32_t number) {
   return std::string(TrimBlanks(GeneralText(number)));
 }
 
-std::string LabelOf(const ElementReference& reference, const Facet& facet, std::string_view text,
-                    const ElementTable& elements) {
-  if (reference.Element.value < 0) return ", ?";
-  const bool null = reference.Element == kNoElement;
-  const std::string& label = null ? facet.FacetNullLabel : elements.ElementLabel[reference.Element];
-  if (label == text) return {};
-  return (null ? ", Null, " : ", ") + label;
-}
-
 /// What stands behind the text of a column: nothing, or number and label in parentheses.
 std::string Explanation(const ElementReference& reference, const Facet& facet, std::string_view text,
                         const ElementTable& elements) {
   if (reference.Number < 0) return " (?)";
   const std::string number = NumberText(reference.Number);
   if (number == text) return {};
-  return " (" + number + LabelOf(reference, facet, text, elements) + ")";
+  if (reference.Element.value < 0) return " (" + number + ", ?)";
+  const bool null = reference.Element == kNoElement;
+  const std::string& label = null ? facet.FacetNullLabel : elements.ElementLabel[reference.Element];
+  if (label == text || label == number) return " (" + number + ")";
+  return " (" + number + (null ? ", Null, " : ", ") + label + ")";
 }
 
 }  // namespace

@@ -253,8 +253,8 @@ class SpecificationLines {
 
   void Convergence() {
     Heading("; Convergence control");
-    Line("Convergence =" + GeneralText(settings_.ConvergenceScore) + "," + Plain(settings_.ConvergenceLogit) + "," +
-         Plain(settings_.ConvergenceCategoryScore) + "," + Plain(settings_.ConvergenceCategoryLogit));
+    Line("Convergence = " + PlainNumber(settings_.ConvergenceScore) + "," + PlainNumber(settings_.ConvergenceLogit) + "," +
+         PlainNumber(settings_.ConvergenceCategoryScore) + "," + PlainNumber(settings_.ConvergenceCategoryLogit));
     Line("Iterations (maximum) =" + GeneralText(settings_.IterationsLimit) +
          (settings_.IterationsLimit == 0 ? " ; unlimited" : ""));
     Line(settings_.NewtonStep != 0, "Newton-Raphson =" + GeneralText(settings_.NewtonStep));

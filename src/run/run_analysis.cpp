@@ -187,15 +187,13 @@ class AnalysisRun {
   }
 
   std::string Location() const {
-    if (!inData_) return location_;
-    const std::string& file = analysis_.CurrentDataFile;
-    return "Data line in " + (analysis_.Settings.InlineData ? "(" + file + ")" : file);
+    return inData_ ? "Data line in " + analysis_.CurrentDataFile : location_;
   }
 
   void ReportFailure(const Halt& halt) {
     const InputLine line = std::exchange(analysis_.Input, {});
     console_.ShowMessage("");
-    if (halt.Code == FailureCode::WorkFileProblem && !halt.Argument.empty()) console_.ShowWarning(halt.Argument);
+    if (const std::string detail = FailureDetail(halt); !detail.empty()) console_.ShowWarning(detail);
     const std::string location = Location();
     const bool located = !location.empty() && !line.LastLine.empty();
     if (located) console_.ShowWarning(location + " is: " + Shortened(line.LastLine));

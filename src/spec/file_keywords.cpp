@@ -86,7 +86,7 @@ void ReadCsv(SpecContext& context, const SplitLine& line) {
 void NameOutputFile(SpecContext& context, std::string_view keyword, std::string Settings::*file,
                     std::string_view name) {
   if (name.empty()) return;
-  if (FindKeyword(keyword)->NotBuiltYet) {
+  if (FindKeyword(keyword)->NotBuiltYet()) {
     context.TellUnavailable(keyword);
   } else {
     context.Analysis.Settings.*file = name;

@@ -9,6 +9,14 @@
 
 namespace tessaly {
 
+enum class KeywordUse {
+  /// Only the first occurrence counts.
+  Once,
+  Repeated,
+  /// What it asks for does not exist yet: the user is told, and it has no effect.
+  NotBuiltYet,
+};
+
 /// One keyword. All texts are meant for the user.
 struct Keyword {
   /// With its "=".
@@ -20,12 +28,11 @@ struct Keyword {
   /// What it does.
   std::string_view Help;
   void (*Apply)(SpecContext&, const SplitLine&);
-  /// The keyword that this one is another form of: either may be given, once.
+  KeywordUse Use = KeywordUse::Once;
+  /// The keyword that this one is another form of: one of the two may be given.
   std::string_view OtherFormOf = {};
-  /// May be given several times. Of all other keywords only the first occurrence counts.
-  bool Repeats = false;
-  /// What it asks for does not exist yet: the user is told, and it has no effect.
-  bool NotBuiltYet = false;
+
+  bool NotBuiltYet() const { return Use == KeywordUse::NotBuiltYet; }
 };
 
 /// All keywords, by name.

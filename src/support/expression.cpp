@@ -96,13 +96,13 @@ class Evaluation {
   std::size_t lastFilled_ = 0;
 };
 
-FatalError RuntimeError(std::string_view what, std::string_view text) {
+Halt Unreadable(std::string_view what, std::string_view text) {
   constexpr std::size_t kShown = 100;
-  return {std::string(what) + std::string(text.substr(0, kShown))};
+  return {FailureCode::NumberInvalid, std::string(what) + std::string(text.substr(0, kShown))};
 }
 
 void Evaluation::Store(std::string& working, std::size_t capacity, std::string_view piece) const {
-  if (working.size() + piece.size() > capacity) throw RuntimeError("Expression too long: ", text_);
+  if (working.size() + piece.size() > capacity) throw Unreadable("Expression too long: ", text_);
   working += piece;
 }
 
@@ -296,7 +296,7 @@ float Evaluation::ParseFraction(std::string_view digits) const {
 
 float Evaluation::InRange(double value) const {
   const auto single = Single(value);
-  if (!single) throw RuntimeError("Number too large in expression: ", text_);
+  if (!single) throw Unreadable("Number too large in expression: ", text_);
   return *single;
 }
 

@@ -114,6 +114,12 @@ bool IsSystemError(const Halt& halt) {
   return halt.Code < FailureCode::Cancelled;
 }
 
+const FailureSentence* FindSentence(FailureCode code) {
+  const auto* const found = std::find_if(std::begin(kSentences), std::end(kSentences),
+                                         [&](const FailureSentence& row) { return row.Code == code; });
+  return found == std::end(kSentences) ? nullptr : found;
+}
+
 std::string QuotedText(Quoted quote, const Halt& halt, const FailureLimits& limits) {
   switch (quote) {
     case Quoted::Nothing:
@@ -141,11 +147,16 @@ Halt SystemFailure(int errorNumber) {
           {}};
 }
 
+std::string FailureDetail(const Halt& halt) {
+  const FailureSentence* const sentence = FindSentence(halt.Code);
+  const bool quoted = sentence != nullptr && sentence->Quote == Quoted::Argument;
+  return quoted ? std::string() : halt.Argument;
+}
+
 std::string FailureText(const Halt& halt, const FailureLimits& limits) {
   if (IsSystemError(halt)) return std::generic_category().message(static_cast<int>(-CodeNumber(halt)));
-  const auto* const sentence = std::find_if(std::begin(kSentences), std::end(kSentences),
-                                            [&](const FailureSentence& row) { return row.Code == halt.Code; });
-  if (sentence == std::end(kSentences)) return " ... not understood (error code" + GeneralText(CodeNumber(halt)) + ")";
+  const FailureSentence* const sentence = FindSentence(halt.Code);
+  if (sentence == nullptr) return " ... not understood (error code" + GeneralText(CodeNumber(halt)) + ")";
   std::string text(sentence->Before);
   return text.append(QuotedText(sentence->Quote, halt, limits)).append(sentence->After);
 }

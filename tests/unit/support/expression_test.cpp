@@ -71,23 +71,23 @@ TEST(Expression, FailuresAreZero) {
 TEST(Expression, SizesOfTheEvaluator) {
   const auto sum = [](int terms) { return Repeated("1+", terms - 1) + "1"; };
   EXPECT_EQ(EvaluateExpression(sum(12)), 12);
-  EXPECT_THROW(EvaluateExpression(sum(13)), FatalError);
-  EXPECT_THROW(EvaluateExpression(sum(14)), FatalError);
+  EXPECT_THROW(EvaluateExpression(sum(13)), Halt);
+  EXPECT_THROW(EvaluateExpression(sum(14)), Halt);
   EXPECT_EQ(EvaluateExpression(std::string(95, '0') + "5"), 5);
-  EXPECT_THROW(EvaluateExpression(std::string(96, '0') + "5"), FatalError);
+  EXPECT_THROW(EvaluateExpression(std::string(96, '0') + "5"), Halt);
   EXPECT_EQ(EvaluateExpression(std::string(98, '(') + "5"), 5);
-  EXPECT_THROW(EvaluateExpression(std::string(99, '(') + "5"), FatalError);
+  EXPECT_THROW(EvaluateExpression(std::string(99, '(') + "5"), Halt);
   EXPECT_EQ(EvaluateExpression(std::string(24, '(') + "5" + std::string(24, ')')), 5) << "26 slots";
   EXPECT_EQ(EvaluateExpression(std::string(25, '(') + "5" + std::string(25, ')')), 0) << "27 slots";
   // The slot that is referred to by two equal letters is one like any other.
   EXPECT_EQ(EvaluateExpression(std::string(19, '(') + "5" + std::string(19, ')') + "*2"), 10);
-  EXPECT_THROW(EvaluateExpression("1E+39"), FatalError);
-  EXPECT_THROW(EvaluateExpression("0E+400"), FatalError);
+  EXPECT_THROW(EvaluateExpression("1E+39"), Halt);
+  EXPECT_THROW(EvaluateExpression("0E+400"), Halt);
   try {
     EvaluateExpression(std::string(40, '9') + std::string(200, ' '));
     FAIL();
-  } catch (const FatalError& error) {
-    EXPECT_EQ(error.Text, "Number too large in expression: " + std::string(40, '9') + std::string(60, ' '));
+  } catch (const Halt& error) {
+    EXPECT_EQ(error.Argument, "Number too large in expression: " + std::string(40, '9') + std::string(60, ' '));
   }
 }
 
@@ -128,8 +128,8 @@ TEST(Expression, SurvivesAnyText) {
     for (char& c : text) c = kPieces[random() % kPieces.size()];
     try {
       ASSERT_TRUE(std::isfinite(EvaluateExpression(text))) << text;
-    } catch (const FatalError& error) {
-      ASSERT_NE(error.Text.find(text.substr(0, 100)), std::string::npos);
+    } catch (const Halt& error) {
+      ASSERT_NE(error.Argument.find(text.substr(0, 100)), std::string::npos);
     }
   }
 }
