@@ -14,13 +14,14 @@
 namespace tessaly {
 namespace {
 
-enum class ByteKind : unsigned char { Plain, Comma, Blank, Special };
+enum class ByteKind : unsigned char { Plain, Delimiter, Blank, Special };
 
 constexpr std::array<ByteKind, 256> ByteKinds() {
   std::array<ByteKind, 256> kinds{};
   for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
   for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xFF'}) kinds[special] = ByteKind::Special;
-  kinds[','] = ByteKind::Comma;
+  kinds[','] = ByteKind::Delimiter;
+  kinds['\t'] = ByteKind::Delimiter;
   kinds[' '] = ByteKind::Blank;
   return kinds;
 }
@@ -75,6 +76,7 @@ bool SplitPlainLine(std::string_view raw, std::vector<std::string_view>& fields)
   fields[0] = {};
   const char* first = raw.data();
   const char* const end = first + raw.size();
+  char delimiter = ',';
   bool blanks = false;
   for (const char* at = first; at != end; ++at) {
     const ByteKind kind = kByteKinds[static_cast<unsigned char>(*at)];
@@ -84,7 +86,9 @@ bool SplitPlainLine(std::string_view raw, std::vector<std::string_view>& fields)
       blanks = true;
       continue;
     }
-    if (fields.size() > kMostDataFields) return false;
+    // A TAB in a line with commas is a blank.
+    if (fields.size() == 1) delimiter = *at;
+    if (*at != delimiter || fields.size() > kMostDataFields) return false;
     fields.push_back(Trimmed(first, at));
     first = at + 1;
   }

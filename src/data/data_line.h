@@ -15,7 +15,7 @@ constexpr std::size_t kMostDataFields = 32000;
 
 /// Splits a line of ordinary characters in one scan. `fields[0]` is left empty, the fields follow as views into `raw`;
 /// a blank line has none. False, with `fields` undefined, for a line with any character that only `SplitAnyLine` knows
-/// (quotes, "=", TAB, "_", "*", ";", character 255, control characters) or with too many fields.
+/// (quotes, "=", "_", "*", ";", character 255, control characters, TABs and commas together) or with too many fields.
 bool SplitPlainLine(std::string_view raw, std::vector<std::string_view>& fields);
 
 /// The same for every line: comments are dropped, the delimiter is found, quotes become delimiters. `work` is

@@ -16,7 +16,7 @@ void ObservedTotals::Add(const Observation& obs) {
     const std::int32_t raw = own.Negative ? obs.CurrentTop - obs.ObsResponse : obs.ObsResponse;
     ElementRecord& record = elements_.ElementStats[own.CurrentElement];
     record.ObservedCount += w;
-    if (record.SmallestWeight == 0 || record.SmallestWeight > w) record.SmallestWeight = w;
+    if (w != 0 && (record.SmallestWeight == 0 || record.SmallestWeight > w)) record.SmallestWeight = w;
     record.RawScore += w * static_cast<float>(raw);
     record.PossibleScore += static_cast<double>(possible);
     record.ObservedScore += static_cast<double>(own.Negative ? possible - score : score);

@@ -31,6 +31,8 @@ TerminalUser::TerminalUser() : present_(isatty(STDIN_FILENO) != 0 && isatty(STDO
   Handle(SIGUSR1, RememberFinish, SA_RESTART);
   // An analysis goes on when nobody reads its status lines any more.
   Handle(SIGPIPE, SIG_IGN, 0);
+  // A file that may not grow further is a failure to be told, as a full disk is.
+  Handle(SIGXFSZ, SIG_IGN, 0);
 }
 
 UserRequest TerminalUser::Poll() {

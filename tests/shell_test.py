@@ -1,0 +1,156 @@
+#!/usr/bin/env python3
+"""Signals, terminals, full disks: how the program behaves towards the system.
+
+Usage: shell_test.py PROGRAM
+"""
+
+import os
+import pty
+import resource
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PROGRAM = os.path.abspath(sys.argv.pop(1))
+WARNING = "Warning (5)! Subset connection not verified"
+
+
+def specification(persons, *settings):
+    """Persons by 20 items; the responses are spread so that no score is extreme."""
+    lines = ["Facets=2", "Models=?,?,R4", *settings, "Labels=", "1,Person", f"1-{persons}", "*", "2,Item", "1-20", "*"]
+    lines.append("Data=")
+    for person in range(1, persons + 1):
+        responses = ((person * 7919 + item * 104729) // 13 % 5 for item in range(20))
+        lines.append(f"{person},1-20," + ",".join(map(str, responses)))
+    return "\n".join(lines) + "\n"
+
+
+class Shell(unittest.TestCase):
+    def setUp(self):
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.temporary = self.folder / "tmp"
+        self.temporary.mkdir()
+        self.environment = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary)}
+
+    def start(self, *words, **options):
+        return subprocess.Popen([PROGRAM, *words], cwd=self.folder, env=self.environment, text=True,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+
+    def run_program(self, *words, **options):
+        process = self.start(*words, **options)
+        output, errors = process.communicate(timeout=120)
+        return process.returncode, output, errors
+
+    def start_long_run(self):
+        """An analysis that iterates until it is told otherwise."""
+        (self.folder / "long.txt").write_text(specification(3000, "Convergence=0,0,0,0"))
+        process = self.start("long.txt", "Batch=Y")
+        for line in process.stdout:
+            if "JMLE" in line:
+                return process
+        self.fail("no iteration: " + process.stderr.read())
+
+    def assert_nothing_left(self):
+        self.assertEqual(list(self.temporary.iterdir()), [])
+
+    def test_stop_signals_end_the_run_in_good_order(self):
+        for number, status in ((signal.SIGINT, 130), (signal.SIGTERM, 143)):
+            process = self.start_long_run()
+            process.send_signal(number)
+            output, errors = process.communicate(timeout=60)
+            self.assertEqual(process.returncode, status)
+            self.assertEqual(errors, "")
+            self.assertNotIn("Analyzed in time of", output)
+            self.assert_nothing_left()
+
+    def test_finish_signal_ends_the_iterations_and_the_report_is_written(self):
+        process = self.start_long_run()
+        process.send_signal(signal.SIGUSR1)
+        output, _ = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0)
+        self.assertIn("Output to long.out.txt", output)
+        self.assertIn("Table 7.2.3", (self.folder / "long.out.txt").read_text())
+        self.assert_nothing_left()
+
+    def test_unusable_temporary_folder(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        self.environment["TMPDIR"] = str(self.folder / "nowhere")
+        status, _, errors = self.run_program("spec.txt", "Batch=Y")
+        self.assertEqual(status, 1)
+        self.assertIn("nowhere", errors)
+        self.assertTrue(errors.endswith("Error F50: Work file problem\n"), errors)
+        self.assertFalse((self.folder / "spec.out.txt").exists())
+
+    def test_full_temporary_folder(self):
+        (self.folder / "big.txt").write_text(specification(10000))
+        limit = 1 << 20
+        status, _, errors = self.run_program(
+            "big.txt", "Batch=Y", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        self.assertEqual(status, 1)
+        self.assertIn("File too large", errors)
+        self.assertIn("Work file problem", errors)
+        self.assert_nothing_left()
+
+    def test_report_on_a_full_disk(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        status, _, errors = self.run_program("spec.txt", "/dev/full", "Batch=Y")
+        self.assertEqual(status, 1)
+        self.assertIn("Failure writing output file: /dev/full", errors)
+        self.assertIn("No space left on device", errors)
+
+    def test_lines_of_the_report_end_in_cr_lf(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        self.assertEqual(self.run_program("spec.txt", "Batch=Y")[0], 0)
+        report = (self.folder / "spec.out.txt").read_bytes()
+        self.assertGreater(report.count(b"\n"), 100)
+        self.assertEqual(report.count(b"\n"), report.count(b"\r\n"))
+
+    def test_started_from_anywhere(self):
+        sub = self.folder / "study"
+        sub.mkdir()
+        (sub / "data.csv").write_text("1,1,1\n1,2,0\n2,1,0\n2,2,1\n")
+        (sub / "labels.txt").write_text("Labels=\n1,P\n1-2\n*\n2,I\n1-2\n*\n")
+        (sub / "spec.txt").write_text("Facets=2\n%.\\labels.txt\nData=data.csv\n")
+        status, output, errors = self.run_program("study/spec.txt", "here.txt", "Batch=Y")
+        self.assertEqual((status, errors), (0, WARNING + "\n"))
+        self.assertIn("Valid responses used for estimation = 4", output)
+
+    def on_terminal(self, words, answers):
+        """Runs the program on a terminal of its own; gives exit status and everything shown."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.chdir(self.folder)
+            os.execve(PROGRAM, [PROGRAM, *words], self.environment)
+        os.write(terminal, answers)
+        shown = b""
+        try:
+            while piece := os.read(terminal, 65536):
+                shown += piece
+        except OSError:  # the terminal's other end is closed
+            pass
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), shown.decode()
+
+    def test_terminal_shows_colour_and_progress_and_is_asked(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        status, shown = self.on_terminal(["*"], b"spec.txt\nTitle=Asked Iterations=3\n")
+        self.assertEqual(status, 0, shown)
+        self.assertIn("\x1b[1;31m" + WARNING + "\x1b[0m", shown)
+        self.assertIn(">", shown)
+        self.assertIn("Title = Asked", shown)
+        status, shown = self.on_terminal(["spec.txt", "Batch=Y"], b"")
+        self.assertEqual(status, 0, shown)
+        self.assertNotIn("?", shown.split("Table 1.")[0])
+
+    def test_a_pipe_gets_neither_colour_nor_progress(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        _, output, errors = self.run_program("spec.txt", "Batch=Y")
+        self.assertEqual(errors, WARNING + "\n")
+        self.assertNotIn("\x1b", output + errors)
+        self.assertNotIn(">.", output)
+
+
+if __name__ == "__main__":
+    unittest.main()
