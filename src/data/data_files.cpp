@@ -56,11 +56,10 @@ std::string FindDataFile(const std::string& name, const std::string& specFolder,
   std::string path = FindInputFile(name, specFolder);
   std::error_code error;
   if (std::filesystem::exists(path, error)) return path;
-  const Halt notFound{FailureCode::FileNotFound, {}};
-  std::string warning = FailureText(notFound, {}) + ": Input file name = " + name;
+  std::string warning = FailureText({FailureCode::FileNotFound, {}}, {}) + ": Input file name = " + name;
   if (FolderOf(name).empty()) warning += " (Current folder = " + std::filesystem::current_path(error).string() + ")";
   console.ShowWarning(warning);
-  throw notFound;
+  throw Halt{FailureCode::FileNotFound, {}};
 }
 
 }  // namespace tessaly

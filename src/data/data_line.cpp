@@ -14,12 +14,13 @@
 namespace tessaly {
 namespace {
 
-enum class ByteKind : unsigned char { Plain, Delimiter, Blank, Special };
+enum class ByteKind : unsigned char { Plain, Digit, Delimiter, Blank, Special };
 
 constexpr std::array<ByteKind, 256> ByteKinds() {
   std::array<ByteKind, 256> kinds{};
   for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
   for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xFF'}) kinds[special] = ByteKind::Special;
+  for (std::size_t digit = '0'; digit <= '9'; ++digit) kinds[digit] = ByteKind::Digit;
   kinds[','] = ByteKind::Delimiter;
   kinds['\t'] = ByteKind::Delimiter;
   kinds[' '] = ByteKind::Blank;
@@ -28,6 +29,9 @@ constexpr std::array<ByteKind, 256> ByteKinds() {
 
 constexpr std::array<ByteKind, 256> kByteKinds = ByteKinds();
 
+/// So many digits are a number below 2^31.
+constexpr std::size_t kMostPlainDigits = 9;
+
 /// What lies between `first` and `last` without the blanks around it.
 std::string_view Trimmed(const char* first, const char* last) {
   while (first != last && *first == ' ') ++first;
@@ -35,25 +39,25 @@ std::string_view Trimmed(const char* first, const char* last) {
   return {first, static_cast<std::size_t>(last - first)};
 }
 
-bool AllEmpty(const std::vector<std::string_view>& fields) {
-  return std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); });
+bool AllEmpty(const std::vector<DataField>& fields) {
+  return std::all_of(fields.begin(), fields.end(), [](const DataField& field) { return field.Text.empty(); });
 }
 
 /// One field for each run of characters between blanks.
-void SplitAtBlanks(std::string_view line, std::vector<std::string_view>& fields) {
+void SplitAtBlanks(std::string_view line, std::vector<DataField>& fields) {
   for (std::size_t end = 0; fields.size() <= kMostDataFields + 2;) {
     const std::size_t first = line.find_first_not_of(' ', end);
     if (first == std::string_view::npos) return;
     end = std::min(line.find(' ', first), line.size());
-    fields.push_back(line.substr(first, end - first));
+    fields.emplace_back(line.substr(first, end - first));
   }
 }
 
 /// One field for each piece between commas, trimmed.
-void SplitAtCommas(std::string_view line, std::vector<std::string_view>& fields) {
+void SplitAtCommas(std::string_view line, std::vector<DataField>& fields) {
   for (std::size_t first = 0; fields.size() <= kMostDataFields + 2;) {
     const std::size_t comma = std::min(line.find(',', first), line.size());
-    fields.push_back(TrimBlanks(line.substr(first, comma - first)));
+    fields.emplace_back(Trimmed(line.data() + first, line.data() + comma));
     if (comma == line.size()) return;
     first = comma + 1;
   }
@@ -71,37 +75,56 @@ std::optional<float> ReplicationNumber(std::string_view text) {
 
 }  // namespace
 
-bool SplitPlainLine(std::string_view raw, std::vector<std::string_view>& fields) {
-  fields.resize(1);
-  fields[0] = {};
+DataField::DataField(std::string_view text) : Text(text) {
+  if (text.empty() || text.size() > kMostPlainDigits || !std::all_of(text.begin(), text.end(), IsDigit)) return;
+  Number = 0;
+  for (const char digit : text) Number = 10 * Number + (digit - '0');
+}
+
+bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields) {
+  fields.assign(1, {});
   const char* first = raw.data();
   const char* const end = first + raw.size();
   char delimiter = ',';
   bool blanks = false;
+  bool onlyDigits = true;
+  std::uint32_t number = 0;
+  const auto addField = [&](const char* last) {
+    const auto length = static_cast<std::size_t>(last - first);
+    if (onlyDigits && length > 0 && length <= kMostPlainDigits) {
+      fields.emplace_back(std::string_view(first, length), static_cast<std::int32_t>(number));
+    } else {
+      fields.emplace_back(Trimmed(first, last));
+    }
+    onlyDigits = true;
+    number = 0;
+  };
   for (const char* at = first; at != end; ++at) {
     const ByteKind kind = kByteKinds[static_cast<unsigned char>(*at)];
-    if (kind == ByteKind::Plain) continue;
-    if (kind == ByteKind::Special) return false;
-    if (kind == ByteKind::Blank) {
-      blanks = true;
-      continue;
+    if (kind == ByteKind::Digit) {
+      number = 10 * number + static_cast<std::uint32_t>(*at - '0');
+    } else if (kind == ByteKind::Delimiter) {
+      // A TAB in a line with commas is a blank.
+      if (fields.size() == 1) delimiter = *at;
+      if (*at != delimiter || fields.size() > kMostDataFields) return false;
+      addField(at);
+      first = at + 1;
+    } else {
+      if (kind == ByteKind::Special) return false;
+      blanks = blanks || kind == ByteKind::Blank;
+      onlyDigits = false;
     }
-    // A TAB in a line with commas is a blank.
-    if (fields.size() == 1) delimiter = *at;
-    if (*at != delimiter || fields.size() > kMostDataFields) return false;
-    fields.push_back(Trimmed(first, at));
-    first = at + 1;
   }
   if (fields.size() == 1 && blanks) {
     SplitAtBlanks(raw, fields);
     return fields.size() <= kMostDataFields + 1;
   }
-  fields.push_back(Trimmed(first, end));
-  if (fields[1].empty() && AllEmpty(fields)) fields.resize(1);
+  addField(end);
+  if (fields[1].Text.empty() && AllEmpty(fields)) fields.resize(1);
   return true;
 }
 
-void SplitAnyLine(std::string_view raw, std::string& work, std::vector<std::string_view>& fields) {
+void SplitAnyLine(std::string_view raw, std::string& work, std::vector<DataField>& fields) {
   fields.assign(1, {});
   CleanLine(raw, false, work);
   if (work.empty()) return;
@@ -110,13 +133,13 @@ void SplitAnyLine(std::string_view raw, std::string& work, std::vector<std::stri
   std::replace(work.begin(), work.end(), '\xFF', commas ? ' ' : ',');
   const char separator = work.find(',') != std::string::npos ? ' ' : ',';
   std::replace(work.begin(), work.end(), '\t', separator);
-  const std::string_view trimmed = TrimBlanks(work);
-  work.assign(trimmed.data(), trimmed.size());
+  work.erase(work.find_last_not_of(' ') + 1);
+  work.erase(0, work.find_first_not_of(' '));
   std::replace_if(
       work.begin(), work.end(), [](char c) { return c == '"' || c == '\''; }, separator);
   if (work.empty()) return;
   if (work.front() == '*') {
-    fields.push_back(std::string_view(work).substr(0, 1));
+    fields.emplace_back(std::string_view(work).substr(0, 1));
   } else if (work.find(',') == std::string::npos) {
     SplitAtBlanks(work, fields);
   } else {
@@ -149,8 +172,9 @@ void DataLine::Split(std::string_view raw, std::int64_t fileLines, std::int64_t 
   blank_ = fields_.size() == 1;
   if (blank_) return;
   // A quote mark in front has become a delimiter: such a line does not start with its first field.
-  const bool fromStart = plain_ || fields_[1].data() == work_.data();
-  if (fromStart && !prefix_.empty() && !fields_[1].empty() && UpperAscii(fields_[1].front()) == prefix_.front())
+  const std::string_view first = fields_[1].Text;
+  const bool fromStart = plain_ || first.data() == work_.data();
+  if (fromStart && !prefix_.empty() && !first.empty() && UpperAscii(first.front()) == prefix_.front())
     TakeReplication();
   if (!allOnTheLine_ && !EndsData()) SupplyColumns(fileLines, dataLines);
   if (fields_.size() > kMostDataFields + 1) throw Halt{FailureCode::TooManyFields, {}};
@@ -158,7 +182,7 @@ void DataLine::Split(std::string_view raw, std::int64_t fileLines, std::int64_t 
 }
 
 void DataLine::TakeReplication() {
-  const std::string_view first = fields_[1];
+  const std::string_view first = fields_[1].Text;
   if (first.size() <= prefix_.size() || UpperAscii(first.substr(0, prefix_.size())) != prefix_) return;
   const std::string_view behind = first.substr(prefix_.size());
   const std::optional<float> number = ReplicationNumber(TrimBlanks(behind));
@@ -174,7 +198,7 @@ void DataLine::SupplyColumns(std::int64_t fileLines, std::int64_t dataLines) {
   for (std::size_t next = 1; next < delimited_.size() && fields_.size() <= kMostDataFields + 1;) {
     const ColumnNumber column{static_cast<std::int32_t>(fields_.size())};
     const bool onTheLine = !columns_.holds(column) || columns_[column].OnTheLine();
-    fields_.push_back(onTheLine ? delimited_[next++] : Supplied(column, fileLines, dataLines));
+    fields_.push_back(onTheLine ? delimited_[next++] : DataField(Supplied(column, fileLines, dataLines)));
   }
 }
 
@@ -189,7 +213,7 @@ void DataLine::ReadUnderlinesAsHyphens() {
   for (const ColumnNumber column : columns_.all()) {
     if (column.value > FieldCount()) return;
     if (!columns_[column].OnTheLine()) continue;
-    const std::string_view field = fields_[static_cast<std::size_t>(column.value)];
+    const std::string_view field = fields_[static_cast<std::size_t>(column.value)].Text;
     const auto first = work_.begin() + (field.data() - work_.data());
     std::replace(first, first + static_cast<std::ptrdiff_t>(field.size()), '_', '-');
   }
@@ -197,7 +221,7 @@ void DataLine::ReadUnderlinesAsHyphens() {
 
 void DataLine::SetDerived(ColumnNumber column, std::string text) {
   supplied_[column] = std::move(text);
-  if (column.value <= FieldCount()) fields_[static_cast<std::size_t>(column.value)] = supplied_[column];
+  if (column.value <= FieldCount()) fields_[static_cast<std::size_t>(column.value)] = DataField(supplied_[column]);
 }
 
 }  // namespace tessaly

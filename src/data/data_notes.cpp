@@ -39,12 +39,12 @@ std::string ProcessedLine(const DataLine& line, const LineReferences& references
   for (std::int32_t number = 1; number <= line.FieldCount(); ++number) {
     if (!processed.empty()) processed += ", ";
     if (number == fields.DataFacetCount() + 1) processed += ' ';
-    processed += line.Field(number);
+    processed += line.Text(number);
     if (!fields.Columns.holds({number})) continue;
     const PositionNumber position = fields.Columns[{number}].ColumnPosition;
     if (position.value == 0 || !fields.Positions[position].PositionInUse) continue;
     processed += Explanation(references.At(position), analysis.Facets[fields.Positions[position].PositionFacet],
-                             line.Field(number), analysis.Elements);
+                             line.Text(number), analysis.Elements);
   }
   return processed;
 }
@@ -87,7 +87,7 @@ void DataNotes::NoteRange(const DataLine& line, const LineReferences& references
 void DataNotes::FailOnNoReference(const DataLine& line, const ActivePosition& position,
                                   const ElementResolver& resolver) {
   const ColumnNumber column = position.PositionColumn;
-  console_.ShowWarning("  Invalid element identifier: \"" + QuotedLine(line.Field(column.value)) +
+  console_.ShowWarning("  Invalid element identifier: \"" + QuotedLine(line.Text(column.value)) +
                        "\" at facet location in data:" + GeneralText(column.value));
   if (!resolver.TakesLabels(position.PositionFacet))
     console_.ShowWarning("  Is this an element label? If so, Delements=LN");
@@ -104,7 +104,7 @@ UnspecifiedElement DataNotes::ElementAt(const DataLine& line, const LineReferenc
   const std::int32_t facet = facts.PositionFacet.value;
   const std::int32_t number = references.At(position).Number;
   if (position == references.RangePosition()) return {facet, NumberText(number), number};
-  const std::string_view text = line.Field(facts.PositionColumn.value);
+  const std::string_view text = line.Text(facts.PositionColumn.value);
   if (number < 0 && analysis_.Settings.DelementsOption.find('N') != std::string::npos) {
     const std::optional<std::int32_t> plain = ParseElementNumber(text);
     if (plain && NumberText(*plain) == text) return {facet, {}, *plain};

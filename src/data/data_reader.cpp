@@ -67,7 +67,6 @@ class DataReader {
   bool ReadLine(std::string_view raw);
   void ResolveReferences();
   void CheckResponseCount();
-  void ShowFirstLine();
   void ReadResponses();
   void Poll();
 
@@ -151,7 +150,7 @@ void DataReader::CheckResponseCount() {
   if (excess < 0) throw Halt{FailureCode::RangeDeficit, GeneralText(-excess)};
   if (excess == 0 || excessWarned_) return;
   std::int64_t real = excess;
-  while (real > 0 && line_.Field(static_cast<std::int32_t>(needed + real)).empty()) --real;
+  while (real > 0 && line_.Text(static_cast<std::int32_t>(needed + real)).empty()) --real;
   if (real == 0) return;
   excessWarned_ = true;
   console_.ShowWarning("Data line in " + analysis_.CurrentDataFile +

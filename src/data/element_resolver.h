@@ -28,17 +28,6 @@ struct ResolvedReference {
   std::optional<ElementRange> Range;
 };
 
-/// The value of a text of one to nine digits; -1 for any other text.
-inline std::int32_t PlainNumber(std::string_view text) {
-  if (text.empty() || text.size() > 9) return -1;
-  std::int32_t value = 0;
-  for (const char c : text) {
-    if (c < '0' || c > '9') return -1;
-    value = value * 10 + (c - '0');
-  }
-  return value;
-}
-
 /// Resolves references as `Delements=` tells for each facet. Elements with a target give the target's record.
 class ElementResolver {
  public:
@@ -47,9 +36,8 @@ class ElementResolver {
 
   /// What `text` means in `facet`.
   ResolvedReference Resolve(FacetNumber facet, std::string_view text);
-  /// The same, in the usual case alone: the plain number of a known element. Unspecified otherwise.
-  ElementReference ResolvePlain(FacetNumber facet, std::string_view text) {
-    const std::int32_t number = PlainNumber(text);
+  /// The same, in the usual case alone: the `Number` of a field is that of a known element. Unspecified otherwise.
+  ElementReference ResolvePlain(FacetNumber facet, std::int32_t number) {
     if (number < 0 || !quick_[facet].NumbersFirst) return {};
     return {number, Find(facet, number)};
   }

@@ -63,18 +63,18 @@ void LineReferences::Resolve(DataLine& line) {
   rangePosition_ = {0};
   rangeStep_ = 1;
   for (const ColumnPlan& plan : plans_) {
-    const std::string_view text = line.Field(plan.Column.value);
+    const DataField field = line.Field(plan.Column.value);
     if (!plan.InUse) {
-      if (text.find('-') != std::string_view::npos) OpenUnusedRange(plan, text);
+      if (field.Number < 0) OpenUnusedRange(plan, field.Text);
       continue;
     }
-    if (const ElementReference plain = resolver_.ResolvePlain(plan.Facet, text); plain.Element.value >= 0) {
+    if (const ElementReference plain = resolver_.ResolvePlain(plan.Facet, field.Number); plain.Element.value >= 0) {
       Set(plan.Position, plain);
       continue;
     }
-    const ResolvedReference reference = resolver_.Resolve(plan.Facet, text);
+    const ResolvedReference reference = resolver_.Resolve(plan.Facet, field.Text);
     Set(plan.Position, reference.Single);
-    if (reference.Range) OpenRange(plan, text, *reference.Range);
+    if (reference.Range) OpenRange(plan, field.Text, *reference.Range);
   }
   if (derivedCircular_) throw Halt{FailureCode::DvaluesCircular, {}};
   for (const ColumnPlan& plan : derived_) Derive(plan, line);
@@ -100,7 +100,7 @@ void LineReferences::OpenRange(const ColumnPlan& plan, std::string_view text, El
 }
 
 void LineReferences::OpenUnusedRange(const ColumnPlan& plan, std::string_view text) {
-  if (!resolver_.TakesNumbers(plan.Facet)) return;
+  if (text.find('-') == std::string_view::npos || !resolver_.TakesNumbers(plan.Facet)) return;
   const std::optional<ElementRange> range = ParseElementRange(text);
   if (range && range->First != range->Second) OpenRange(plan, text, *range);
 }
@@ -125,7 +125,7 @@ void LineReferences::Derive(const ColumnPlan& plan, DataLine& line) {
   if (!HasLabelText(column, source)) return Set(plan.Position, {0, kNoElement});
 
   line.SetDerived(plan.Column, DerivedText(column, source));
-  const std::string_view text = line.Field(plan.Column.value);
+  const std::string_view text = line.Text(plan.Column.value);
   const ResolvedReference reference = resolver_.Resolve(plan.Facet, text);
   const bool failed = reference.Range || reference.Single.Element == kNotAReference;
   if (failed && rangeStep_ > 1) throw Halt{FailureCode::InvalidTarget, {}};

@@ -48,13 +48,13 @@ ResponseReader::ResponseReader(Analysis& analysis, ObservationWriter& writer, Da
   }
 }
 
-void ResponseReader::Read(const DataLine& line, const LineReferences& references, std::string_view datum) {
+void ResponseReader::Read(const DataLine& line, const LineReferences& references, DataField response) {
   if (trace_.On()) {
     const std::int32_t positions = analysis_.Fields.ActiveFacetCount();
-    trace_.Show(QueryState::Datum, DatumLocation(line, references, positions, datum) + " ; datum number" +
+    trace_.Show(QueryState::Datum, DatumLocation(line, references, positions, response.Text) + " ; datum number" +
                                        GeneralText(counters_.ResponsesFound + 1));
   }
-  if (CountMissing(datum)) return;
+  if (CountMissing(response.Text)) return;
   ++(line.Replication() == 0 ? counters_.NoReplicationCount : counters_.ResponsesFound);
   const StatementNumber statement = Match(line, references);
   if (statement == kNoStatement) return;
@@ -64,7 +64,7 @@ void ResponseReader::Read(const DataLine& line, const LineReferences& references
   const ElementIndex* elements = references.Elements();
   const CellNumber cell = cells_.CellFor(statement, elements);
   const ScaleNumber scale = analysis_.Models.Cells[cell].CellScale;
-  const std::int16_t category = Category(line, references, datum, plan, analysis_.Scales.Scales[scale]);
+  const std::int16_t category = Category(line, references, response, plan, analysis_.Scales.Scales[scale]);
   if (category == kNoCategory) return;
   if (!plan.WithoutElement.empty()) {
     std::copy(elements, elements + storedElements_.size(), storedElements_.begin());
@@ -131,30 +131,30 @@ void ResponseReader::ShowMismatch(StatementNumber statement, PositionNumber posi
   trace_.Show(QueryState::Mismatch, detail + GeneralText(statement.value + 1));
 }
 
-std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences& references, std::string_view datum,
+std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences& references, DataField response,
                                       const StatementPlan& plan, const Scale& scale) {
   std::string recoded;
   if (plan.Recodes != nullptr) {
-    if (const std::optional<std::int32_t> target = plan.Recodes->Target(datum)) {
+    if (const std::optional<std::int32_t> target = plan.Recodes->Target(response.Text)) {
       recoded = TrimBlanks(GeneralText(*target));
-      datum = recoded;
+      response = DataField(recoded);
       trace_.Show(QueryState::Recoded, "\"" + recoded + "\"");
     }
   }
-  std::int32_t number = PlainNumber(datum);
+  std::int32_t number = response.Number;
   if (number < 0) {
-    if (datum.find_first_of("-_") != std::string_view::npos) {
+    if (response.Text.find_first_of("-_") != std::string_view::npos) {
       ++counters_.NegativeCount;
       trace_.Show(QueryState::Negative);
       return kNoCategory;
     }
-    const IntegerReading reading = ParseInt(datum, kHighestCategory);
+    const IntegerReading reading = ParseInt(response.Text, kHighestCategory);
     number = reading.Good() ? reading.Value : kHighestCategory + 1;
   }
   const std::int16_t category = ScoredCategory(number, scale);
   if (category != kNoCategory) return category;
   ++counters_.InvalidCount;
-  notes_.NoteInvalid(line, references, datum);
+  notes_.NoteInvalid(line, references, response.Text);
   trace_.Show(QueryState::NonNumeric);
   return kNoCategory;
 }

@@ -25,8 +25,8 @@ class ResponseReader {
   /// Makes the initial cells of `analysis`.
   ResponseReader(Analysis& analysis, ObservationWriter& writer, DataNotes& notes, QueryTrace& trace);
 
-  /// Reads `datum`, a response of `line` to the elements that `references` has at hand.
-  void Read(const DataLine& line, const LineReferences& references, std::string_view datum);
+  /// Reads `response`, a field of `line`, to the elements that `references` has at hand.
+  void Read(const DataLine& line, const LineReferences& references, DataField response);
 
  private:
   /// What reading a response to one statement needs to know.
@@ -41,7 +41,7 @@ class ResponseReader {
   StatementNumber Match(const DataLine& line, const LineReferences& references);
   StatementNumber MatchInOrder(const DataLine& line, const LineReferences& references);
   void ShowMismatch(StatementNumber statement, PositionNumber position, std::int32_t number);
-  std::int16_t Category(const DataLine& line, const LineReferences& references, std::string_view datum,
+  std::int16_t Category(const DataLine& line, const LineReferences& references, DataField response,
                         const StatementPlan& plan, const Scale& scale);
   void Store(const ObservationRecord& record, ScaleNumber scale, const ElementIndex* elements);
 

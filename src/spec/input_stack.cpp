@@ -41,27 +41,30 @@ void InputStack::Open(const std::string& path, std::string_view kind) {
 }
 
 std::optional<std::string_view> InputStack::NextRawLine() {
-  for (;;) {
-    std::optional<std::string_view> line = NextPhysicalLine();
-    if (!line) return {};
+  std::string_view line;
+  while (NextPhysicalLine(line)) {
     ++at_.LineNumber;
-    if (HoldsNoBreakSpace(*line)) {
-      ReplaceNoBreakSpaces(*line, changed_);
+    if (HoldsNoBreakSpace(line)) {
+      ReplaceNoBreakSpaces(line, changed_);
       line = changed_;
     }
-    at_.LastLine.assign(*line);
-    if (line->empty() || line->front() != '%') return line;
-    PushInclude(*line);
-  }
-}
-
-std::optional<std::string_view> InputStack::NextPhysicalLine() {
-  while (!files_.empty()) {
-    if (const std::optional<std::string_view> line = files_.back().Next()) return line;
-    if (files_.size() == 1) return {};
-    files_.pop_back();
+    at_.LastLine.assign(line);
+    if (line.empty() || line.front() != '%') return line;
+    PushInclude(line);
   }
   return {};
+}
+
+bool InputStack::NextPhysicalLine(std::string_view& line) {
+  while (!files_.empty()) {
+    if (const std::optional<std::string_view> next = files_.back().Next()) {
+      line = *next;
+      return true;
+    }
+    if (files_.size() == 1) return false;
+    files_.pop_back();
+  }
+  return false;
 }
 
 void InputStack::Push(const std::string& path, std::string_view kind) {

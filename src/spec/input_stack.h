@@ -34,7 +34,7 @@ class InputStack {
   std::optional<std::string_view> NextRawLine();
 
  private:
-  std::optional<std::string_view> NextPhysicalLine();
+  bool NextPhysicalLine(std::string_view& line);
   void Push(const std::string& path, std::string_view kind);
   void PushInclude(std::string_view line);
 

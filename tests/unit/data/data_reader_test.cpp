@@ -247,6 +247,8 @@ TEST(DataReader, AsksTheUserEvery100Lines) {
   const std::string specification = ThreeFacets("Models=?,?,?,R4");
   EXPECT_EQ(DataRun(specification, data).User.Polls, 10);
   DataUser user;
+  user.SecondsPerPoll = 2;
+  EXPECT_EQ(DataRun(specification, data, user).Said.Progress, ">...<") << "a mark for more than 5 seconds: 6, 12, 18";
   user.Request = UserRequest::Finish;
   EXPECT_EQ(DataRun(specification, data, user).A.Counters.DataLines, 100);
   user.Request = UserRequest::Stop;

@@ -41,9 +41,20 @@ class DataUser : public User {
 
   UserRequest Request = UserRequest::None;
   int Polls = 0;
+  /// What the clock moves on with each poll.
+  double SecondsPerPoll = 0;
   /// The last answer is given again and again.
   std::vector<std::optional<std::string>> Answers;
   std::vector<std::string> Questions;
+};
+
+class DataClock : public FixedClock {
+ public:
+  explicit DataClock(const DataUser& user) : user_(user) {}
+  double Seconds() override { return user_.Polls * user_.SecondsPerPoll; }
+
+ private:
+  const DataUser& user_;
 };
 
 /// Reads `specification` and then `data` from the file data.txt, or behind the specification if it ends with "Data=".
@@ -70,7 +81,7 @@ class DataRun {
 
  private:
   void Read(const std::string& text) {
-    FixedClock clock;
+    DataClock clock(User);
     Host host{User, Said, clock};
     RunControl control(User);
     InputStack input(A.Input, Said, Folder.Path());
