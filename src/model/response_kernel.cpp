@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "support/exponential.h"
+
 namespace tessaly {
 
 static_assert(FLT_EVAL_METHOD == 0, "single precision must be single in every step");
@@ -14,12 +16,6 @@ float LogRatio(double a, double b, double c, double d, float smallest) {
   const auto ln = [floor](double x) { return std::log(std::max(x, floor)); };
   return static_cast<float>(ln(a) - ln(b) + ln(c) - ln(d));
 }
-
-namespace {
-
-float ExpSingle(float x) { return static_cast<float>(std::exp(static_cast<double>(x))); }
-
-}  // namespace
 
 ResponseKernel::ResponseKernel(const ScaleTables& scales, float hardwareExponent)
     : scales_(scales), hardwareExponent_(hardwareExponent) {
@@ -41,7 +37,7 @@ float ResponseKernel::CategoryProbabilities(ScaleNumber scale, ModelType type, s
 
 float ResponseKernel::Dichotomy(ScaleNumber scale, float measure) {
   const float d = scales_.CategoryStep(scale, 1) - measure;
-  const auto p = static_cast<float>(1.0 / (std::exp(static_cast<double>(std::min(d, hardwareExponent_))) + 1.0));
+  const auto p = static_cast<float>(1.0 / (Exponential(static_cast<double>(std::min(d, hardwareExponent_))) + 1.0));
   probability_[1] = p;
   probability_[0] = 1.0F - p;
   computedTop_ = 1;
@@ -76,7 +72,7 @@ float ResponseKernel::Binomial(ScaleNumber scale, std::int32_t top, float measur
   }
   const float expected = Normalise(top);
   if (s != 1.0F) return expected;
-  return static_cast<float>(top / (std::exp(static_cast<double>(std::min(-measure, hardwareExponent_))) + 1.0));
+  return static_cast<float>(top / (Exponential(static_cast<double>(std::min(-measure, hardwareExponent_))) + 1.0));
 }
 
 float ResponseKernel::Poisson(ScaleNumber scale, std::int32_t top, float measure) {
@@ -90,7 +86,7 @@ float ResponseKernel::Poisson(ScaleNumber scale, std::int32_t top, float measure
   }
   const float expected = Normalise(n);
   if (s != 1.0F) return expected;
-  return std::min(ExpSingle(std::min(measure, hardwareExponent_)), kCountCap);
+  return std::min(ExponentialSingle(std::min(measure, hardwareExponent_)), kCountCap);
 }
 
 // The table holds the exponents of categories 1..top; turns them into probabilities and gives the expected category.
@@ -100,10 +96,10 @@ float ResponseKernel::Normalise(std::int32_t top) {
   float highest = 0;
   for (std::int32_t k = 1; k <= top; ++k) highest = highest > p[k] ? highest : p[k];
   const float shift = hardwareExponent_ - highest;
-  p[0] = ExpSingle(shift);
+  p[0] = ExponentialSingle(shift);
   double total = static_cast<double>(p[0]);
   for (std::int32_t k = top; k >= 1; --k) {
-    p[k] = ExpSingle(shift + p[k]);
+    p[k] = ExponentialSingle(shift + p[k]);
     total += static_cast<double>(p[k]);
   }
   const double r = 1.0 / total;

@@ -1,38 +1,11 @@
 #include "spec/input_stack.h"
 
-#include <cstring>
-
 #include "spec/clean_line.h"
 #include "spec/file_names.h"
-#include "support/bytes.h"
 #include "support/failure.h"
 #include "support/number_text.h"
 
 namespace tessaly {
-namespace {
-
-constexpr char kNoBreakSpace = '\xA0';
-constexpr char kUtf8SpaceLead = '\xC2';
-
-bool HoldsNoBreakSpace(std::string_view line) {
-  return !line.empty() && std::memchr(line.data(), static_cast<unsigned char>(kNoBreakSpace), line.size()) != nullptr;
-}
-
-/// In UTF-8 the byte of a no-break space is also part of other characters: only the whole sequence counts there.
-void ReplaceNoBreakSpaces(std::string_view line, std::string& result) {
-  const bool utf8 = IsUtf8(line);
-  result.clear();
-  for (std::size_t at = 0; at < line.size(); ++at) {
-    if (utf8 && line[at] == kUtf8SpaceLead && line[at + 1] == kNoBreakSpace) {
-      result += ' ';
-      ++at;
-    } else {
-      result += !utf8 && line[at] == kNoBreakSpace ? ' ' : line[at];
-    }
-  }
-}
-
-}  // namespace
 
 void InputStack::Open(const std::string& path, std::string_view kind) {
   files_.clear();
@@ -44,10 +17,6 @@ std::optional<std::string_view> InputStack::NextRawLine() {
   std::string_view line;
   while (NextPhysicalLine(line)) {
     ++at_.LineNumber;
-    if (HoldsNoBreakSpace(line)) {
-      ReplaceNoBreakSpaces(line, changed_);
-      line = changed_;
-    }
     at_.LastLine.assign(line);
     if (line.empty() || line.front() != '%') return line;
     PushInclude(line);

@@ -29,7 +29,7 @@ class InputStack {
   /// in messages. Throws `Halt` if it cannot be opened or is no text file.
   void Open(const std::string& path, std::string_view kind);
 
-  /// The next line as read, with every no-break space turned into a blank, or nothing at the end. The view holds until
+  /// The next line as read, or nothing at the end. The view holds until
   /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and for a nesting deeper than `kDeepestInclude`.
   std::optional<std::string_view> NextRawLine();
 
@@ -42,7 +42,6 @@ class InputStack {
   Console& console_;
   std::string folder_;
   std::vector<LineFile> files_;
-  std::string changed_;
 };
 
 }  // namespace tessaly

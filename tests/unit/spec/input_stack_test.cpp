@@ -1,3 +1,4 @@
+#include "spec/clean_line.h"
 #include "spec/input_stack.h"
 
 #include <gtest/gtest.h>
@@ -68,14 +69,15 @@ TEST(InputStack, FilesThatCannotBeRead) {
   EXPECT_EQ(Lines(empty, "Data").Error, "");
 }
 
-TEST(InputStack, NoBreakSpacesBecomeBlanksInTheirOwnEncodingOnly) {
-  const TestFolder folder;
-  const Lines lines(folder.Write("a.txt",
-                                 "1\xA0=\xA0"
-                                 "caf\xE9\n"
-                                 "1\xC2\xA0=\xC2\xA0voil\xC3\xA0\n"
-                                 "plain\n"));
-  EXPECT_EQ(lines.Read, (Texts{"1:1 = caf\xE9", "2:1 = voil\xC3\xA0", "3:plain"}));
+TEST(CleanLine, NoBreakSpacesBecomeBlanksInTheirOwnEncodingOnly) {
+  const auto clean = [](std::string_view raw) {
+    std::string work;
+    CleanLine(raw, true, work);
+    return work;
+  };
+  EXPECT_EQ(clean("\xA0" "1\xA0=\xA0" "caf\xE9\xA0; \xA0"), "1 = caf\xE9");
+  EXPECT_EQ(clean("1\xC2\xA0=\xC2\xA0\xC2\xA0voil\xC3\xA0"), "1 =  voil\xC3\xA0");
+  EXPECT_EQ(clean("\xA0,\xA0"), "");
 }
 
 TEST(FileNames, FoldersAndExtensions) {
