@@ -15,7 +15,8 @@ constexpr float kLongestStep = 1.0F;
 constexpr float kShortening = 0.9F;
 constexpr float kCurveFittingShare = 0.5F;
 
-/// The logit at which the PROX method places an element.
+/// The logit at which the PROX method places an element: where it balances the mean of the other measures that it met,
+/// which count with the sign they have in the model.
 float ProxMeasure(const ElementRecord& record, const EstimationSums& sums, double possible) {
   const double n = static_cast<double>(sums.ProxWeight);
   const double mean = sums.ExpectedScore / n;
@@ -23,7 +24,7 @@ float ProxMeasure(const ElementRecord& record, const EstimationSums& sums, doubl
   const double expansion = variance > -1 ? std::sqrt(variance + 1) : 0;
   const double logit =
       std::log(std::max(record.ObservedScore, 0.5) / std::max(possible - record.ObservedScore, 0.5));
-  return static_cast<float>(mean + expansion * logit);
+  return static_cast<float>(expansion * logit - mean);
 }
 
 float CurveFittingChange(const EstimationSums& sums, double adjusted, double possible, const StepRule& rule,
