@@ -1,4 +1,5 @@
-// Lines per second of the data phase (split, resolve, match, store), beside awk adding up the last field of the same file.
+// Lines per second of the data phase (split, resolve, match, store), beside awk adding up the last field of the same
+// file.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>

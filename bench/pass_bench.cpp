@@ -1,5 +1,5 @@
-// Nanoseconds per observation of a joint maximum likelihood pass, beside a plain loop of the same arithmetic over arrays
-// in memory: what the store, the index types and the accumulators cost.
+// Nanoseconds per observation of a joint maximum likelihood pass, beside a plain loop of the same arithmetic over
+// arrays in memory: what the store, the index types and the accumulators cost.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -73,7 +73,8 @@ std::array<ElementIndex, kFacets> DrawnElements(std::int64_t observation, Random
   // Data are commonly sorted by the first facet; the others come as they come.
   const auto examinee = static_cast<std::int32_t>(observation / 100 % kElements[0]);
   return {ElementIndex{1 + examinee},
-          ElementIndex{1 + kElements[0] + static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(kElements[1])))},
+          ElementIndex{1 + kElements[0] +
+                       static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(kElements[1])))},
           ElementIndex{1 + kElements[0] + kElements[1] +
                        static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(kElements[2])))}};
 }

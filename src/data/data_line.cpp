@@ -19,7 +19,8 @@ enum class ByteKind : unsigned char { Plain, Digit, Delimiter, Blank, Special };
 constexpr std::array<ByteKind, 256> ByteKinds() {
   std::array<ByteKind, 256> kinds{};
   for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
-  for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xA0', '\xFF'}) kinds[special] = ByteKind::Special;
+  for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xA0', '\xFF'})
+    kinds[special] = ByteKind::Special;
   for (std::size_t digit = '0'; digit <= '9'; ++digit) kinds[digit] = ByteKind::Digit;
   kinds[','] = ByteKind::Delimiter;
   kinds['\t'] = ByteKind::Delimiter;

@@ -35,7 +35,9 @@ ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analys
   current_.Elements.resize(positions_.size());
 }
 
-void ObservationPass::StartPass() { console_.ShowProgress(">", false); }
+void ObservationPass::StartPass() {
+  console_.ShowProgress(">", false);
+}
 
 void ObservationPass::ReadObservation() {
   if (current_.ObservationIndex == store_.ValidResponses()) {

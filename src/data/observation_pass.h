@@ -26,7 +26,9 @@ enum class ReadStatus : std::int16_t {
 };
 
 /// Whether passes use an observation of this status.
-constexpr bool TakesPart(ReadStatus status) { return static_cast<std::int16_t>(status) > 0; }
+constexpr bool TakesPart(ReadStatus status) {
+  return static_cast<std::int16_t>(status) > 0;
+}
 
 /// One element of the observation at hand.
 struct ObservedElement {
@@ -73,7 +75,8 @@ struct Observation {
 enum class FacetMeans { Leave, TakeOff };
 
 /// An input range over all observations. Marks progress and polls the user every 100th observation, so that reading on
-/// may throw `Stopped` (or `Halt` if a work file fails); nothing else in the loop does. Allocates nothing after it is made.
+/// may throw `Stopped` (or `Halt` if a work file fails); nothing else in the loop does. Allocates nothing after it is
+/// made.
 class ObservationPass {
  public:
   ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control, Console& console,

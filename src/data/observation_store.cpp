@@ -11,7 +11,9 @@ constexpr std::int32_t kObservationsPerBlock = 5000;
 constexpr std::int32_t kElementBlockBytes = 64000;
 
 /// A facet table without elements still has records, of one unused byte.
-std::int32_t RecordLength(const ElementLayout& layout) { return std::max(layout.ElementRecordLength(), 1); }
+std::int32_t RecordLength(const ElementLayout& layout) {
+  return std::max(layout.ElementRecordLength(), 1);
+}
 
 }  // namespace
 

@@ -6,7 +6,9 @@ namespace tessaly {
 
 namespace {
 
-const char* Bytes(const unsigned char* data) { return reinterpret_cast<const char*>(data); }
+const char* Bytes(const unsigned char* data) {
+  return reinterpret_cast<const char*>(data);
+}
 
 }  // namespace
 

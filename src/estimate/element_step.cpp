@@ -22,8 +22,7 @@ float ProxMeasure(const ElementRecord& record, const EstimationSums& sums, doubl
   const double mean = sums.ExpectedScore / n;
   const double variance = (static_cast<double>(sums.Information) - sums.ExpectedScore * mean) / (n * kProxSpread);
   const double expansion = variance > -1 ? std::sqrt(variance + 1) : 0;
-  const double logit =
-      std::log(std::max(record.ObservedScore, 0.5) / std::max(possible - record.ObservedScore, 0.5));
+  const double logit = std::log(std::max(record.ObservedScore, 0.5) / std::max(possible - record.ObservedScore, 0.5));
   return static_cast<float>(expansion * logit - mean);
 }
 

@@ -30,8 +30,9 @@ struct StepRule {
 /// The step of an element with these sums. In PROX an element with a starting value (or without sums) is set to that
 /// value and does not move.
 ///
-/// PROX: expansion factor times the logit of the score, less the mean of the other signed measures met (Cohen 1979; Wright
-/// & Masters 1982, 3.4). JMLE: a damped step along the logit of the score curve, or Newton-Raphson; never above 1 logit.
+/// PROX: expansion factor times the logit of the score, less the mean of the other signed measures met (Cohen 1979;
+/// Wright & Masters 1982, 3.4). JMLE: a damped step along the logit of the score curve, or Newton-Raphson; never above
+/// 1 logit.
 ElementStepResult ElementStep(const ElementRecord& record, const EstimationSums& sums, bool facetPositive,
                               const StepRule& rule, const Settings& settings, float& measure);
 

@@ -6,8 +6,8 @@ float FairScore(ScaleNumber scale, ModelType type, float measure, bool reversed,
                 ResponseKernel& kernel) {
   std::int32_t top = scales.Scales[scale].ScaleTopCategory;
   float score = kernel.CategoryProbabilities(scale, type, top, measure);
-  const bool renumbered = type == ModelType::RatingScale &&
-                          scales.CategoryOrdinal(scale, scales.RawTopCategory) != scales.RawTopCategory;
+  const bool renumbered =
+      type == ModelType::RatingScale && scales.CategoryOrdinal(scale, scales.RawTopCategory) != scales.RawTopCategory;
   if (renumbered) {
     const std::int16_t* ordinals = scales.CategoryOrdinal.Row(scale);
     score = 0;

@@ -70,11 +70,17 @@ void FitPass::CountParameters() {
   auto& count = data_.ParameterCount;
   for (const ElementStatus status : elements.ElementStatus) {
     switch (status) {
-      case ElementStatus::Unobserved: break;
+      case ElementStatus::Unobserved:
+        break;
       case ElementStatus::Minimum:
-      case ElementStatus::Maximum: ++count[DataFit::Row(ReadStatus::OneExtreme)]; break;
-      case ElementStatus::Unmeasurable: ++count[DataFit::Row(ReadStatus::CategoryNotInUse)]; break;
-      default: ++count[DataFit::Row(ReadStatus::Usable)];
+      case ElementStatus::Maximum:
+        ++count[DataFit::Row(ReadStatus::OneExtreme)];
+        break;
+      case ElementStatus::Unmeasurable:
+        ++count[DataFit::Row(ReadStatus::CategoryNotInUse)];
+        break;
+      default:
+        ++count[DataFit::Row(ReadStatus::Usable)];
     }
   }
   std::int32_t& usable = count[DataFit::Row(ReadStatus::Usable)];
@@ -149,9 +155,9 @@ void FitPass::FinishElement(ElementIndex element) {
     fit.Displacement = static_cast<float>((record.ObservedScore - static_cast<double>(sums.Expected)) /
                                           static_cast<double>(std::max(settings.SmallestNumber, sums.Information)));
     if (sums.LogOddsVariance > 0)
-      fit.Discrimination = std::clamp((sums.LogOddsObserved - sums.LogOddsMean) /
-                                              std::max(sums.LogOddsVariance, kLeastLogOddsVariance) + 1.0F,
-                                      -kLargestDiscrimination, kLargestDiscrimination);
+      fit.Discrimination = std::clamp(
+          (sums.LogOddsObserved - sums.LogOddsMean) / std::max(sums.LogOddsVariance, kLeastLogOddsVariance) + 1.0F,
+          -kLargestDiscrimination, kLargestDiscrimination);
     const FitStatistic infit = Standardize(sums.Information, sums.ResidualVariance, sums.ResidualSquares,
                                            settings.Whexact, settings.SmallestNumber);
     fit.InfitMeanSquare = infit.MeanSquare;

@@ -38,8 +38,8 @@ class FitPass {
   FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control, Console& console);
 
   void Run();
-  /// Mean-squares, standardized values, discriminations, displacements (logit) and standard errors (logit) of all elements
-  /// into `analysis.Elements.Fit`. Call once, after `Run`.
+  /// Mean-squares, standardized values, discriminations, displacements (logit) and standard errors (logit) of all
+  /// elements into `analysis.Elements.Fit`. Call once, after `Run`.
   void Finish();
   const tessaly::DataFit& Data() const { return data_; }
 

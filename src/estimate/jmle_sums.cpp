@@ -60,10 +60,9 @@ void JmleSums::AddDiscrimination(const Observation& obs) {
 float JmleSums::Variance(const Observation& obs, float expected) const {
   if (obs.CurrentTop <= 1) return expected - expected * expected;
   // Poisson counts are summed beyond the highest category that the kernel computes for short scales; those are 0.
-  const std::int32_t last = std::min(obs.CurrentType == ModelType::Poisson
-                                         ? (obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop)
-                                         : obs.CurrentTop,
-                                     kernel_.ComputedTop());
+  const std::int32_t last =
+      std::min(obs.CurrentType == ModelType::Poisson ? (obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop) : obs.CurrentTop,
+               kernel_.ComputedTop());
   float squares = 0;
   for (std::int32_t k = last; k >= 1; --k) squares += static_cast<float>(k * k) * kernel_.Probability(k);
   return squares - expected * expected;

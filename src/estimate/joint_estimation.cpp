@@ -38,8 +38,8 @@ int Sign(T x) {
 }
 
 std::string Described(const DroppedElement& dropped, const ElementTable& elements) {
-  return "facet" + GeneralText(dropped.Facet.value) + " element" + GeneralText(elements.ElementNumber[dropped.Element]) +
-         " \"" + elements.ElementLabel[dropped.Element] + "\"";
+  return "facet" + GeneralText(dropped.Facet.value) + " element" +
+         GeneralText(elements.ElementNumber[dropped.Element]) + " \"" + elements.ElementLabel[dropped.Element] + "\"";
 }
 
 }  // namespace
@@ -150,9 +150,8 @@ bool JointEstimation::ProxIsDone() const {
 void JointEstimation::CheckConstraints() {
   std::string& warning = analysis_.ConstraintWarning;
   if (!warning.empty() || trace_.UnconstrainedFacets == 1) return;
-  warning = trace_.UnconstrainedFacets == 0
-                ? "Warning (7)! Over-constrained?  Noncenter= not in effect"
-                : "Warning (8)! Under-constrained?  Noncenter= for two or more facets";
+  warning = trace_.UnconstrainedFacets == 0 ? "Warning (7)! Over-constrained?  Noncenter= not in effect"
+                                            : "Warning (8)! Under-constrained?  Noncenter= for two or more facets";
   if (analysis_.Settings.BeepOn) console_.Beep();
   console_.ShowWarning(warning);
 }
@@ -245,7 +244,9 @@ bool JointEstimation::GoOn() {
   return false;
 }
 
-bool JointEstimation::WithinFirstIterations() const { return control_.Iteration < kFirstIterations; }
+bool JointEstimation::WithinFirstIterations() const {
+  return control_.Iteration < kFirstIterations;
+}
 
 bool JointEstimation::CriteriaAskForMore() const {
   const Settings& s = analysis_.Settings;

@@ -9,7 +9,9 @@ namespace {
 
 constexpr double kCap = 9.0;
 
-float Capped(double value) { return static_cast<float>(std::clamp(value, -kCap, kCap)); }
+float Capped(double value) {
+  return static_cast<float>(std::clamp(value, -kCap, kCap));
+}
 
 }  // namespace
 

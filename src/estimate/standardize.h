@@ -13,7 +13,8 @@ struct FitStatistic {
 };
 
 /// The mean-square `sum` / `n` (capped at 9) with variance `q` / n^2, standardized by the cube-root transformation
-/// z = (ms^(1/3) - 1) (3 / v) + v / 3, v = sqrt(q) / n (Wilson & Hilferty 1931). Without `exact` the term v / 3 is dropped.
+/// z = (ms^(1/3) - 1) (3 / v) + v / 3, v = sqrt(q) / n (Wilson & Hilferty 1931). Without `exact` the term v / 3 is
+/// dropped.
 FitStatistic Standardize(float n, double q, float sum, bool exact, float smallest);
 
 }  // namespace tessaly

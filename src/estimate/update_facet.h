@@ -39,8 +39,8 @@ struct UpdateTrace {
 /// moves the measures. One object serves one call of `Run`.
 class FacetUpdate {
  public:
-  FacetUpdate(FacetNumber facet, const Facet& properties, const StepRule& rule, bool firstPass, const Settings& settings,
-              ElementTable& elements, Table<ElementIndex, EstimationSums>& sums)
+  FacetUpdate(FacetNumber facet, const Facet& properties, const StepRule& rule, bool firstPass,
+              const Settings& settings, ElementTable& elements, Table<ElementIndex, EstimationSums>& sums)
       : number_(facet),
         facet_(properties),
         rule_(rule),

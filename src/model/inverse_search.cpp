@@ -11,7 +11,9 @@ constexpr int kMostRounds = 100;
 constexpr float kScoreTolerance = 0.01F;
 constexpr float kMoveTolerance = 0.005F;
 
-int Sign(float x) { return x > 0 ? 1 : x < 0 ? -1 : 0; }
+int Sign(float x) {
+  return x > 0 ? 1 : x < 0 ? -1 : 0;
+}
 
 /// Steps proportional to the residual, halved each time the target is overshot and never longer than a logit.
 class DampedSearch {
@@ -45,8 +47,8 @@ ScoreSearch MeasureForScore(ResponseKernel& kernel, ScaleNumber scale, ModelType
 
 float MeasureForCumulative(ResponseKernel& kernel, ScaleNumber scale, ModelType type, std::int32_t top, float category,
                            float target) {
-  const auto last = static_cast<std::int32_t>(
-      std::clamp(std::floor(category + 0.5F), -1.0F, static_cast<float>(kProbabilityTop)));
+  const auto last =
+      static_cast<std::int32_t>(std::clamp(std::floor(category + 0.5F), -1.0F, static_cast<float>(kProbabilityTop)));
   DampedSearch search;
   float measure = 0;
   float residual = 1;

@@ -29,9 +29,12 @@ ResponseKernel::ResponseKernel(const ScaleTables& scales, float hardwareExponent
 float ResponseKernel::CategoryProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure) {
   if (top <= 1) return Dichotomy(scale, measure);
   switch (type) {
-    case ModelType::Binomial: return Binomial(scale, top, measure);
-    case ModelType::Poisson: return Poisson(scale, top, measure);
-    default: return RatingScale(scale, top, measure);
+    case ModelType::Binomial:
+      return Binomial(scale, top, measure);
+    case ModelType::Poisson:
+      return Poisson(scale, top, measure);
+    default:
+      return RatingScale(scale, top, measure);
   }
 }
 
@@ -119,7 +122,8 @@ const std::vector<double>& ResponseKernel::BinomialLogs(std::int32_t top) const 
   std::vector<double>& logs = binomialLogs_[at];
   if (logs.empty()) {
     logs.resize(at + 1);
-    for (std::size_t k = 1; k <= at; ++k) logs[k] = std::log(static_cast<double>(k) / (static_cast<double>(at - k) + 1.0));
+    for (std::size_t k = 1; k <= at; ++k)
+      logs[k] = std::log(static_cast<double>(k) / (static_cast<double>(at - k) + 1.0));
   }
   return logs;
 }

@@ -44,13 +44,16 @@ class ResponseKernel {
   float CategoryProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure);
 
   /// Probability of category `k`, 0..kProbabilityTop; 0 above `ComputedTop()`.
-  float Probability(std::int32_t k) const { return k <= computedTop_ ? probability_[static_cast<std::size_t>(k)] : 0.0F; }
+  float Probability(std::int32_t k) const {
+    return k <= computedTop_ ? probability_[static_cast<std::size_t>(k)] : 0.0F;
+  }
   /// Highest category that the last call computed: `top`, or for Poisson a count beyond it.
   std::int32_t ComputedTop() const { return computedTop_; }
 
   /// Moments of S(k), the exponent of category k before the shift, over the probabilities of the last call, which must
   /// have been at the same place. `category` is the observed ordinal.
-  LogOdds LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure, std::int32_t category) const;
+  LogOdds LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
+                         std::int32_t category) const;
 
   /// Statistic T(k) of a discrimination: the exponent of category k holds -s T(k). Binomial: minus ln of the binomial
   /// coefficient; Poisson: ln k!.

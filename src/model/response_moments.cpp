@@ -6,7 +6,8 @@
 
 namespace tessaly {
 
-ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal, float expected) {
+ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal,
+                                   float expected) {
   const double e = static_cast<double>(expected);
   double m2 = e;
   double m3 = e;

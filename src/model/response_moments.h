@@ -25,6 +25,7 @@ struct ResponseMoments {
 
 /// The statistics of response `ordinal`, straight after `kernel.CategoryProbabilities` gave `expected` at `top`
 /// (Wright & Masters 1982, chapter 5). Variances in divisors are at least 1e-9.
-ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal, float expected);
+ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal,
+                                   float expected);
 
 }  // namespace tessaly

@@ -8,7 +8,9 @@ namespace tessaly {
 
 namespace {
 
-constexpr char Byte(int value) { return static_cast<char>(value); }
+constexpr char Byte(int value) {
+  return static_cast<char>(value);
+}
 
 constexpr std::array<BoxCharacter, 14> kBoxCharacters{{
     {box::kHorizontal, '-', Byte(196), "9472"},
@@ -37,14 +39,19 @@ struct Joints {
 
 constexpr Joints JointsOf(RuleKind kind) {
   switch (kind) {
-    case RuleKind::Top: return {box::kHorizontal, box::kTopLeft, box::kTopRight, box::kTopTee};
-    case RuleKind::Middle: return {box::kVertical, box::kLeftTee, box::kRightTee, box::kCross};
-    case RuleKind::Bottom: return {box::kHorizontal, box::kBottomLeft, box::kBottomRight, box::kBottomTee};
+    case RuleKind::Top:
+      return {box::kHorizontal, box::kTopLeft, box::kTopRight, box::kTopTee};
+    case RuleKind::Middle:
+      return {box::kVertical, box::kLeftTee, box::kRightTee, box::kCross};
+    case RuleKind::Bottom:
+      return {box::kHorizontal, box::kBottomLeft, box::kBottomRight, box::kBottomTee};
   }
   return {};
 }
 
-bool Joined(char neighbour) { return neighbour == '-' || neighbour == 'x'; }
+bool Joined(char neighbour) {
+  return neighbour == '-' || neighbour == 'x';
+}
 
 template <class Convert>
 std::string Converted(std::string_view line, Convert convert) {
@@ -64,7 +71,9 @@ const BoxCharacter* FindBoxCharacter(char code) {
   return found == kBoxCharacters.end() ? nullptr : &*found;
 }
 
-std::string WithVerticals(std::string_view text) { return Replaced(text, '|', box::kVertical); }
+std::string WithVerticals(std::string_view text) {
+  return Replaced(text, '|', box::kVertical);
+}
 
 std::string BoxLine(std::string_view ruleTemplate, RuleKind kind, bool tickMarks) {
   const Joints joints = JointsOf(kind);

@@ -1,4 +1,5 @@
-// Box lines: inside the program each box character is a control code, so that one table serves every form of the report.
+// Box lines: inside the program each box character is a control code, so that one table serves every form of the
+// report.
 #pragma once
 
 #include <array>
@@ -52,7 +53,8 @@ std::string ToTextBox(std::string_view line);
 std::string ToDrawingBox(std::string_view line);
 std::string BlankBox(std::string_view line);
 
-/// One line of a webpage: box codes become entities, runs of blanks alternate plain blanks and `&nbsp;`, `<br>` behind it.
+/// One line of a webpage: box codes become entities, runs of blanks alternate plain blanks and `&nbsp;`, `<br>` behind
+/// it.
 std::string ToWebpage(std::string_view line);
 
 }  // namespace tessaly

@@ -25,12 +25,18 @@ std::string FacetHead(const Facet& facet, const TextEncoding& encoding) {
 std::string StatusWord(ElementStatus status) {
   switch (status) {
     case ElementStatus::Anchored:
-    case ElementStatus::Active: return "Anchored";
-    case ElementStatus::Minimum: return "Minimum";
-    case ElementStatus::Maximum: return "Maximum";
-    case ElementStatus::Unmeasurable: return "Unmeasurable";
-    case ElementStatus::OneDatum: return "One datum";
-    case ElementStatus::Unobserved: break;
+    case ElementStatus::Active:
+      return "Anchored";
+    case ElementStatus::Minimum:
+      return "Minimum";
+    case ElementStatus::Maximum:
+      return "Maximum";
+    case ElementStatus::Unmeasurable:
+      return "Unmeasurable";
+    case ElementStatus::OneDatum:
+      return "One datum";
+    case ElementStatus::Unobserved:
+      break;
   }
   return "Unknown";
 }

@@ -15,10 +15,14 @@ constexpr std::string_view kLengthFailure = "Failure (4)! Sort length error: B."
 /// Hexadecimal digits of the element index that ends each key.
 constexpr std::size_t kIndexDigits = 8;
 
-std::string IndexKey(std::int32_t index) { return SwapLong(MKLhex(index)); }
+std::string IndexKey(std::int32_t index) {
+  return SwapLong(MKLhex(index));
+}
 
 /// A mean-square with underfit and overfit on both sides of 0.
-float AroundZero(float meanSquare) { return meanSquare < 1 ? -1 / SafeFloor32(meanSquare) : meanSquare; }
+float AroundZero(float meanSquare) {
+  return meanSquare < 1 ? -1 / SafeFloor32(meanSquare) : meanSquare;
+}
 
 /// The figure further from 0; of equals the larger.
 float Further(float infit, float outfit) {
@@ -46,13 +50,19 @@ class ElementKeys {
     const float sign = UpperAscii(letter) == letter ? 1.0F : -1.0F;
     const ElementFit& fit = elements_.Fit[element];
     switch (UpperAscii(letter)) {
-      case 'N': return IndexKey(sign > 0 ? element.value : -element.value);
-      case 'A': return LabelKey(element, sign > 0);
-      case 'M': return MeasureClass(element, sign > 0) + FloatKey(sign * elements_.ElementMeasure[element]);
-      case 'F': return FitKey(element, sign * Further(AroundZero(fit.InfitMeanSquare), AroundZero(fit.OutfitMeanSquare)));
+      case 'N':
+        return IndexKey(sign > 0 ? element.value : -element.value);
+      case 'A':
+        return LabelKey(element, sign > 0);
+      case 'M':
+        return MeasureClass(element, sign > 0) + FloatKey(sign * elements_.ElementMeasure[element]);
+      case 'F':
+        return FitKey(element, sign * Further(AroundZero(fit.InfitMeanSquare), AroundZero(fit.OutfitMeanSquare)));
       case 'Z':
-      case 'T': return FitKey(element, sign * Further(fit.InfitZStd, fit.OutfitZStd));
-      default: return {};
+      case 'T':
+        return FitKey(element, sign * Further(fit.InfitZStd, fit.OutfitZStd));
+      default:
+        return {};
     }
   }
 
@@ -65,13 +75,18 @@ class ElementKeys {
 
   std::string MeasureClass(ElementIndex element, bool ascending) const {
     switch (elements_.ElementStatus[element]) {
-      case ElementStatus::Minimum: return ascending ? "1" : "3";
-      case ElementStatus::Maximum: return ascending ? "3" : "1";
+      case ElementStatus::Minimum:
+        return ascending ? "1" : "3";
+      case ElementStatus::Maximum:
+        return ascending ? "3" : "1";
       case ElementStatus::Active:
       case ElementStatus::Anchored:
-      case ElementStatus::OneDatum: return "2";
-      case ElementStatus::Unmeasurable: return "4";
-      case ElementStatus::Unobserved: break;
+      case ElementStatus::OneDatum:
+        return "2";
+      case ElementStatus::Unmeasurable:
+        return "4";
+      case ElementStatus::Unobserved:
+        break;
     }
     return "5";
   }

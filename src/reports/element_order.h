@@ -10,9 +10,9 @@
 
 namespace tessaly {
 
-/// The elements of a facet in the order of an arrangement: letters A label, F fit mean-squares, Z and T standardized fit,
-/// M measure, N number; capitals ascending, small letters descending, the element number last. Unobserved elements are
-/// left out; with `omitUnobserved` so are those without a count.
+/// The elements of a facet in the order of an arrangement: letters A label, F fit mean-squares, Z and T standardized
+/// fit, M measure, N number; capitals ascending, small letters descending, the element number last. Unobserved elements
+/// are left out; with `omitUnobserved` so are those without a count.
 std::vector<ElementIndex> SortElements(const Facet& facet, const ElementTable& elements, std::string_view letters,
                                        bool omitUnobserved);
 

@@ -24,7 +24,7 @@ struct LayoutPiece {
 constexpr LayoutPiece kScores = {R"(|  Obsvd   Obsvd   Obsvd  Fair(M))", R"(|  Score   Count  Average Average)",
                                  R"(|######.# #####.# ####.## ###.## )", R"(|######.# #####.# ####.## ###.## )",
                                  R"(|######.# #####.# ####.##        )", R"(|######.# #####.# ####.## ###.## )"};
-constexpr LayoutPiece kMeasure = {R"(|   -    Model )",   R"(|Measure  S.E. )",   R"(! \    \ \   \ )",
+constexpr LayoutPiece kMeasure = {R"(|   -    Model )", R"(|Measure  S.E. )", R"(! \    \ \   \ )",
                                   R"(!(\    \ \   \))", R"(! \    \       )", R"(| \    \ \   \ )"};
 constexpr LayoutPiece kFit = {R"(| Infit      Outfit    )", R"(| MnSq ZStd  MnSq ZStd )", R"(|##.## ##.# ##.## ##.# )",
                               R"(|\                   \ )", R"(|\                   \ )", R"(|##.## ##.# ##.## ##.# )"};
@@ -33,15 +33,15 @@ constexpr LayoutPiece kDiscrimination = {"|Estim.|", "|Discrm|", R"(|\    \|)", 
 constexpr LayoutPiece kDisplacement = {"       |", " Displ.|", R"(\    \ |)", "       |", "       |", "       |"};
 constexpr LayoutPiece kNoDisplacement = {"", "", "&", "", "", ""};
 
-constexpr LayoutPiece kPointBiserial = {" Corr. |",     " PtBis |",     R"( \   \ |)",
+constexpr LayoutPiece kPointBiserial = {" Corr. |",    " PtBis |",    R"( \   \ |)",
                                         R"( \   \ |)", R"( \   \ |)", R"( \   \ |)"};
-constexpr LayoutPiece kPointBiserialIncluding = {" Corr. |",     " PtBisI|",     R"( \   \ |)",
+constexpr LayoutPiece kPointBiserialIncluding = {" Corr. |",    " PtBisI|",    R"( \   \ |)",
                                                  R"( \   \ |)", R"( \   \ |)", R"( \   \ |)"};
-constexpr LayoutPiece kPointMeasure = {" Correlation |",       " PtMea PtExp |",       R"( \   \ \   \ |)",
+constexpr LayoutPiece kPointMeasure = {" Correlation |",    " PtMea PtExp |",    R"( \   \ \   \ |)",
                                        R"( \   \ \   \ |)", R"( \   \ \   \ |)", R"( \   \ \   \ |)"};
 constexpr LayoutPiece kNoCorrelation = {"", "", "&", "&", "&", "&"};
 
-constexpr LayoutPiece kInterRater = {" Exact Agree. |",       " Obs %  Exp % |",       R"( \   \  \   \ |)",
+constexpr LayoutPiece kInterRater = {" Exact Agree. |",    " Obs %  Exp % |",    R"( \   \  \   \ |)",
                                      R"( \   \  \   \ |)", R"( \   \  \   \ |)", R"( \   \  \   \ |)"};
 constexpr LayoutPiece kNoInterRater = {"", "", "&&", "&&", "&&", "&&"};
 
@@ -61,10 +61,14 @@ static_assert(Aligned(kScores) && Aligned(kMeasure) && Aligned(kFit) && Aligned(
 
 const LayoutPiece& CorrelationPiece(CorrelationColumns columns) {
   switch (columns) {
-    case CorrelationColumns::PointBiserial: return kPointBiserial;
-    case CorrelationColumns::PointBiserialIncluding: return kPointBiserialIncluding;
-    case CorrelationColumns::PointMeasure: return kPointMeasure;
-    case CorrelationColumns::None: break;
+    case CorrelationColumns::PointBiserial:
+      return kPointBiserial;
+    case CorrelationColumns::PointBiserialIncluding:
+      return kPointBiserialIncluding;
+    case CorrelationColumns::PointMeasure:
+      return kPointMeasure;
+    case CorrelationColumns::None:
+      break;
   }
   return kNoCorrelation;
 }
@@ -101,7 +105,9 @@ std::string RuleOf(std::string_view heading) {
   return rule;
 }
 
-std::string TextField(int width) { return "\\" + std::string(static_cast<std::size_t>(width - 2), ' ') + "\\"; }
+std::string TextField(int width) {
+  return "\\" + std::string(static_cast<std::size_t>(width - 2), ' ') + "\\";
+}
 
 }  // namespace
 

@@ -18,7 +18,9 @@ void ReportConsole::ShowWarning(std::string_view text) {
   }
 }
 
-void ReportConsole::ReportLine(std::string_view text) { report_.WriteTableLine(text); }
+void ReportConsole::ReportLine(std::string_view text) {
+  report_.WriteTableLine(text);
+}
 
 void ReportConsole::ShowProgress(std::string_view text, bool endLine) {
   control_.Poll();

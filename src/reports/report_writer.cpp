@@ -46,9 +46,12 @@ void ReportWriter::CloseReportFile() {
 std::string ReportWriter::Rendered(std::string_view line) {
   const std::string shown = settings_.BoxShow ? std::string(line) : BlankBox(line);
   switch (form_) {
-    case ReportForm::Text: return std::string(TrimRight(ToTextBox(shown)));
-    case ReportForm::Drawing: return ToDrawingBox(shown);
-    case ReportForm::Webpage: break;
+    case ReportForm::Text:
+      return std::string(TrimRight(ToTextBox(shown)));
+    case ReportForm::Drawing:
+      return ToDrawingBox(shown);
+    case ReportForm::Webpage:
+      break;
   }
   const std::string start(webpageStarted_ ? std::string_view() : kWebpageStart);
   webpageStarted_ = true;
@@ -68,6 +71,8 @@ bool ReportWriter::Wants(int number) const {
   return !switches || (at < tables.size() && tables[at] != '0');
 }
 
-void ReportWriter::SelectTable(int number) { reportOn_ = Wants(number); }
+void ReportWriter::SelectTable(int number) {
+  reportOn_ = Wants(number);
+}
 
 }  // namespace tessaly

@@ -14,9 +14,15 @@ namespace {
 constexpr std::size_t kMostListed = 10;
 constexpr float kDefaultHardware = 80;
 
-std::string Plain(float value) { return std::string(TrimBlanks(GeneralText(value))); }
-std::string Plain(std::int32_t value) { return std::string(TrimBlanks(GeneralText(value))); }
-std::string Letter(bool yes) { return yes ? "Y" : "N"; }
+std::string Plain(float value) {
+  return std::string(TrimBlanks(GeneralText(value)));
+}
+std::string Plain(std::int32_t value) {
+  return std::string(TrimBlanks(GeneralText(value)));
+}
+std::string Letter(bool yes) {
+  return yes ? "Y" : "N";
+}
 
 std::string DelimiterName(const std::string& delimiter) {
   if (delimiter == "\t") return "Tab";
@@ -28,23 +34,32 @@ std::string DelimiterName(const std::string& delimiter) {
 
 std::string_view BiasWords(BiasDirection direction) {
   switch (direction) {
-    case BiasDirection::Plus: return "plus ; ability, easiness, leniency: higher score = positive logit";
-    case BiasDirection::Minus: return "minus ;difficulty, severity: lower score = positive logit";
-    case BiasDirection::Omit: break;
+    case BiasDirection::Plus:
+      return "plus ; ability, easiness, leniency: higher score = positive logit";
+    case BiasDirection::Minus:
+      return "minus ;difficulty, severity: lower score = positive logit";
+    case BiasDirection::Omit:
+      break;
   }
   return "omit ; suppress bias estimation";
 }
 
 std::string_view CorrelationWord(char ptBiserial) {
   switch (ptBiserial) {
-    case 'Y': return "Yes";
-    case 'I': return "Include";
-    case 'M': return "Measure";
-    default: return "No";
+    case 'Y':
+      return "Yes";
+    case 'I':
+      return "Include";
+    case 'M':
+      return "Measure";
+    default:
+      return "No";
   }
 }
 
-std::string_view BarchartWord(int option) { return option == 0 ? "No" : option == 1 ? "Yes" : "All"; }
+std::string_view BarchartWord(int option) {
+  return option == 0 ? "No" : option == 1 ? "Yes" : "All";
+}
 
 /// Facet numbers for which `chosen` holds, joined with commas.
 std::string FacetList(const FacetTable& facets, const std::function<bool(const Facet&)>& chosen,
@@ -137,8 +152,7 @@ class SpecificationLines {
     const auto withExtremes = [](const Facet& f) { return f.FacetCenter == Centering::CenteredWithExtremes; };
     if (std::any_of(analysis_.Facets.begin(), analysis_.Facets.end(), withExtremes)) {
       Line("Centered = " + FacetList(
-                               analysis_.Facets,
-                               [](const Facet& f) { return f.FacetCenter != Centering::NotCentered; },
+                               analysis_.Facets, [](const Facet& f) { return f.FacetCenter != Centering::NotCentered; },
                                [&](const Facet& f) { return withExtremes(f) ? "Z" : ""; }));
     } else {
       Line("Non-centered = " +
@@ -253,8 +267,8 @@ class SpecificationLines {
 
   void Convergence() {
     Heading("; Convergence control");
-    Line("Convergence = " + PlainNumber(settings_.ConvergenceScore) + "," + PlainNumber(settings_.ConvergenceLogit) + "," +
-         PlainNumber(settings_.ConvergenceCategoryScore) + "," + PlainNumber(settings_.ConvergenceCategoryLogit));
+    Line("Convergence = " + PlainNumber(settings_.ConvergenceScore) + "," + PlainNumber(settings_.ConvergenceLogit) +
+         "," + PlainNumber(settings_.ConvergenceCategoryScore) + "," + PlainNumber(settings_.ConvergenceCategoryLogit));
     Line("Iterations (maximum) =" + GeneralText(settings_.IterationsLimit) +
          (settings_.IterationsLimit == 0 ? " ; unlimited" : ""));
     Line(settings_.NewtonStep != 0, "Newton-Raphson =" + GeneralText(settings_.NewtonStep));

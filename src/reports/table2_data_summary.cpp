@@ -16,7 +16,9 @@ namespace {
 constexpr std::int32_t kStatementsOnScreen = 10;
 constexpr std::int32_t kStatementsToCut = 12;
 
-std::string Plain(std::int64_t value) { return std::string(TrimBlanks(GeneralText(value))); }
+std::string Plain(std::int64_t value) {
+  return std::string(TrimBlanks(GeneralText(value)));
+}
 
 /// Writes the counts.
 class DataSummary {

@@ -33,9 +33,13 @@ static_assert(kHeadings[0].size() == kHeadings[1].size() && kHeadings[0].size() 
               kProxRow.size() == kProxRowWithSteps.size() && kProxRow.size() == kSettledRow.size() &&
               kProxRow.size() == kJmleRow.size());
 
-std::string Boxed(std::string_view line) { return box::kVertical + std::string(line) + box::kVertical; }
+std::string Boxed(std::string_view line) {
+  return box::kVertical + std::string(line) + box::kVertical;
+}
 
-std::string_view RecountWords(const IterationSummary& summary) { return summary.Recount ? kRecountWords : ""; }
+std::string_view RecountWords(const IterationSummary& summary) {
+  return summary.Recount ? kRecountWords : "";
+}
 
 std::string ScreenLine(const IterationSummary& summary) {
   if (summary.Phase < Phase::Jmle)
@@ -107,7 +111,9 @@ void IterationTable::IterationStarted(std::int32_t iteration) {
   Detail("Facet     Name          No./Cat   Raw  Expected Residual Resd%  Value    Change");
 }
 
-void IterationTable::StepsUpdated(const LargestResiduals& largest) { WriteLargest(largest); }
+void IterationTable::StepsUpdated(const LargestResiduals& largest) {
+  WriteLargest(largest);
+}
 
 void IterationTable::WriteLargest(const LargestResiduals& largest) {
   std::vector<std::string> written;
@@ -124,9 +130,12 @@ std::string IterationTable::ResidualLabel(const ResidualDetail& detail) const {
   switch (detail.What) {
     case ResidualDetail::Kind::Element:
       return CutOrPad(analysis_.Facets[detail.Facet].FacetLabel, 10) + analysis_.Elements.ElementLabel[detail.Element];
-    case ResidualDetail::Kind::BinomialDiscrimination: return "Bin Disc:";
-    case ResidualDetail::Kind::PoissonDiscrimination: return "Poi Disc:";
-    case ResidualDetail::Kind::Step: break;
+    case ResidualDetail::Kind::BinomialDiscrimination:
+      return "Bin Disc:";
+    case ResidualDetail::Kind::PoissonDiscrimination:
+      return "Poi Disc:";
+    case ResidualDetail::Kind::Step:
+      break;
   }
   return "Scale:" + StatementText(analysis_.Models.Statements[analysis_.Scales.Scales[detail.Scale].ScaleModel]);
 }
@@ -180,6 +189,8 @@ void IterationTable::LimitReached(std::int32_t limit) {
   report_.WriteTableLine("'Iterations=" + GeneralText(limit) + "' reached.  'Iterations=0' removes limit");
 }
 
-void IterationTable::EstimationEnded() { frame_.WriteRule(RuleKind::Bottom); }
+void IterationTable::EstimationEnded() {
+  frame_.WriteRule(RuleKind::Bottom);
+}
 
 }  // namespace tessaly

@@ -57,7 +57,9 @@ struct MeasureRow {
 };
 
 /// Mean-squares print in a field of their own; standardized values are cut, not rounded, to one decimal.
-float CutToOneDecimal(float value) { return std::trunc(value * 10) / 10; }
+float CutToOneDecimal(float value) {
+  return std::trunc(value * 10) / 10;
+}
 
 /// Writes the tables of one facet.
 class FacetTables {
@@ -112,8 +114,7 @@ class FacetTables {
     const MeasurementLayout layout =
         BuildMeasurementLayout(columns_, FacetHead(facet_, settings_.Encoding), settings_.Encoding);
     frame.BeginColumns(layout.HeadLines, layout.RuleTemplate);
-    for (const ElementIndex element :
-         SortElements(facet_, elements_, arrangement.Letters, settings_.OmitUnobserved)) {
+    for (const ElementIndex element : SortElements(facet_, elements_, arrangement.Letters, settings_.OmitUnobserved)) {
       frame.RepeatColumns();
       frame.WriteRow(FilledRow(RowOf(element), layout));
     }
@@ -142,7 +143,8 @@ class FacetTables {
 
   bool DisplacementIsNotable(ElementIndex element) const {
     const ElementFit& fit = elements_.Fit[element];
-    if (!Measurable(elements_.ElementStatus[element]) || elements_.ElementStats[element].ObservedCount == 0) return false;
+    if (!Measurable(elements_.ElementStatus[element]) || elements_.ElementStats[element].ObservedCount == 0)
+      return false;
     if (std::fabs(fit.Displacement) <= std::fabs(fit.StandardError * kNotableShare)) return false;
     return DisplacementText(fit.Displacement) != DisplacementText(0);
   }

@@ -9,8 +9,8 @@
 
 namespace tessaly {
 
-/// Writes Table 7 in the arrangements of `arrange` (items as `Arrange=` stores them, joined with commas): for each facet
-/// one table for each item that applies to it.
+/// Writes Table 7 in the arrangements of `arrange` (items as `Arrange=` stores them, joined with commas): for each
+/// facet one table for each item that applies to it.
 void MeasurementReport(const std::string& arrange, const Analysis& analysis, ReportWriter& report, Console& console);
 
 }  // namespace tessaly

@@ -53,7 +53,9 @@ void TableFrame::WriteRow(std::string_view line) {
   ++linesSinceHeading_;
 }
 
-void TableFrame::WriteRule(RuleKind kind) { report_.WriteTableLine(BoxLine(ruleTemplate_, kind)); }
+void TableFrame::WriteRule(RuleKind kind) {
+  report_.WriteTableLine(BoxLine(ruleTemplate_, kind));
+}
 
 void TableFrame::CloseTable() {
   report_.WriteTableLine(BoxLine(std::string(ruleTemplate_.size(), '-'), RuleKind::Bottom));

@@ -34,7 +34,9 @@ constexpr std::size_t kLongestQuote = 1000;
 /// Number of the report file in messages.
 constexpr std::string_view kReportPurpose = " 1";
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string Quoted(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
+}
 
 /// A line as failures quote it: whoever reads the message wants its start, not 50 MB of it.
 std::string Shortened(std::string_view line) {
@@ -128,8 +130,8 @@ class AnalysisRun {
     for (const std::string_view data : SplitAt(analysis_.Settings.DataFileName, '+'))
       same = same || SameFile(name, FindInputFile(TrimQuotes(data), folder_));
     if (same)
-      throw Halt{FailureCode::IncompatibleFile, "the report would overwrite " + Quoted(name) +
-                                                    ". Please name another report file in Output="};
+      throw Halt{FailureCode::IncompatibleFile,
+                 "the report would overwrite " + Quoted(name) + ". Please name another report file in Output="};
   }
 
   void StartReport() {
@@ -186,9 +188,7 @@ class AnalysisRun {
       MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
   }
 
-  std::string Location() const {
-    return inData_ ? "Data line in " + analysis_.CurrentDataFile : location_;
-  }
+  std::string Location() const { return inData_ ? "Data line in " + analysis_.CurrentDataFile : location_; }
 
   void ReportFailure(const Halt& halt) {
     const InputLine line = std::exchange(analysis_.Input, {});
@@ -216,7 +216,8 @@ class AnalysisRun {
     report_.EndTables();
     for (const std::string& warning : console_.TakePendingWarnings()) report_.WriteTableLine(warning);
     const std::string elapsed =
-        "Analyzed in time of " + HoursMinutesSeconds(shell_.clock.Seconds() - analysisStart_.value_or(shell_.clock.Seconds()));
+        "Analyzed in time of " +
+        HoursMinutesSeconds(shell_.clock.Seconds() - analysisStart_.value_or(shell_.clock.Seconds()));
     console_.ShowMessage(elapsed);
     if (analysis_.Settings.WriteIterations) report_.WriteTableLine(elapsed);
     for (const std::string& warning : {analysis_.ConstraintWarning, analysis_.SubsetWarning}) {

@@ -11,7 +11,9 @@ namespace tessaly {
 
 namespace {
 
-bool NamesFolder(std::string_view name) { return !name.empty() && FolderOf(name).size() == name.size(); }
+bool NamesFolder(std::string_view name) {
+  return !name.empty() && FolderOf(name).size() == name.size();
+}
 
 void ChangeFolder(const std::string& name, Console& console) {
   std::error_code error;

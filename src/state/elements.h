@@ -22,7 +22,9 @@ constexpr bool Measurable(ElementStatus status) {
   return status == ElementStatus::Anchored || status == ElementStatus::Active;
 }
 /// Extreme or one datum (status below -1 that still has a measure, and unmeasurable).
-constexpr bool BelowActive(ElementStatus status) { return status < ElementStatus::Active; }
+constexpr bool BelowActive(ElementStatus status) {
+  return status < ElementStatus::Active;
+}
 /// Neither observations nor a measure.
 constexpr bool WithoutMeasure(ElementStatus status) {
   return status == ElementStatus::Unobserved || status == ElementStatus::Unmeasurable;
@@ -44,7 +46,8 @@ struct ElementRecord {
   float AllCount = 0;
   /// Fifth field of the element line; multiplies the weight of each observation of the element.
   float ElementWeight = 1;
-  /// User value in logits before the estimation; 0 for none (a user value of 0 is `SmallestNumber` unless it is an anchor).
+  /// User value in logits before the estimation; 0 for none (a user value of 0 is `SmallestNumber` unless it is an
+  /// anchor).
   float AnchorValue = 0;
   /// Sixth field of the element line: the record that stands in for this one in data, -1 for none.
   ElementIndex TargetElement = kUnspecifiedElement;

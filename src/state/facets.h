@@ -72,7 +72,8 @@ struct DataColumn {
   PositionNumber ColumnPosition{0};
   /// Fixed element reference of `Dvalues=`; empty if the column stands in the data line.
   std::string DvalueText;
-  /// Column whose element supplies this one, 0 for none, and the piece of its label (from 1); start -1 is its group number.
+  /// Column whose element supplies this one, 0 for none, and the piece of its label (from 1); start -1 is its group
+  /// number.
   ColumnNumber DvalueSource{0};
   std::int32_t DvalueStart = 0;
   std::int32_t DvalueLength = 0;

@@ -31,7 +31,8 @@ struct ModelStatement {
   /// Element number range of each position.
   Table<PositionNumber, std::int32_t> ModelLow;
   Table<PositionNumber, std::int32_t> ModelHigh;
-  /// Positions marked `-`: their measure enters with the opposite sign and their element's score is reversed. Empty if none.
+  /// Positions marked `-`: their measure enters with the opposite sign and their element's score is reversed. Empty if
+  /// none.
   Table<PositionNumber, char> ModelNegative;
   bool ModelHasHash = false;
   DefinitionNumber ModelDefinition = kNoDefinition;

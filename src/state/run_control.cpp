@@ -10,11 +10,19 @@ void RunControl::Poll() {
   const UserRequest request = user_.Poll();
   polling_ = false;
   switch (request) {
-    case UserRequest::None: break;
-    case UserRequest::Finish: FastForward = true; break;
-    case UserRequest::Faster: Faster(); break;
-    case UserRequest::Slower: Slower(); break;
-    case UserRequest::Stop: throw Stopped{StopReason::User};
+    case UserRequest::None:
+      break;
+    case UserRequest::Finish:
+      FastForward = true;
+      break;
+    case UserRequest::Faster:
+      Faster();
+      break;
+    case UserRequest::Slower:
+      Slower();
+      break;
+    case UserRequest::Stop:
+      throw Stopped{StopReason::User};
   }
 }
 

@@ -53,7 +53,8 @@ class CategoryTable {
  private:
   std::size_t At(ScaleNumber scale, std::int32_t category) const {
     assert(category >= 0 && category < categories_);
-    return static_cast<std::size_t>(scale.value) * static_cast<std::size_t>(categories_) + static_cast<std::size_t>(category);
+    return static_cast<std::size_t>(scale.value) * static_cast<std::size_t>(categories_) +
+           static_cast<std::size_t>(category);
   }
 
   std::int32_t categories_ = 0;

@@ -39,13 +39,14 @@ inline double Exponential(double x) {
   const double square = r * r;
   const double series = r + square * (1.0 / 2 + r * (1.0 / 6)) + square * square * (1.0 / 24 + r * (1.0 / 120));
   const double power = exponential::kPowers[static_cast<std::size_t>(steps & (kTableSize - 1))];
-  const auto scaled = std::bit_cast<std::uint64_t>(power) +
-                      (static_cast<std::uint64_t>(steps >> kTableBits) << 52);
+  const auto scaled = std::bit_cast<std::uint64_t>(power) + (static_cast<std::uint64_t>(steps >> kTableBits) << 52);
   const double scale = std::bit_cast<double>(scaled);
   return scale + scale * series;
 }
 
 /// The same, rounded to single.
-inline float ExponentialSingle(float x) { return static_cast<float>(Exponential(static_cast<double>(x))); }
+inline float ExponentialSingle(float x) {
+  return static_cast<float>(Exponential(static_cast<double>(x)));
+}
 
 }  // namespace tessaly

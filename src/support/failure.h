@@ -114,8 +114,8 @@ struct FailureLimits {
   std::int32_t ModelFieldCount = 0;
 };
 
-/// What a failure knows beyond its sentence (a file and the system's reason, a text that could not be read): the argument
-/// where the sentence of its code does not quote it. Often empty.
+/// What a failure knows beyond its sentence (a file and the system's reason, a text that could not be read): the
+/// argument where the sentence of its code does not quote it. Often empty.
 std::string FailureDetail(const Halt& halt);
 
 /// The sentence of a failure, without "Error F..." and place.

@@ -54,7 +54,9 @@ void BatchConsole::ShowProgress(std::string_view text, bool endLine) {
   if (endLine) EndProgressLine();
 }
 
-void BatchConsole::ShowFatal(std::string_view text) { ShowWarning(text); }
+void BatchConsole::ShowFatal(std::string_view text) {
+  ShowWarning(text);
+}
 
 void BatchConsole::Beep() {
   if (terminalOut_) Write(stdout, "\a");

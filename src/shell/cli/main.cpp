@@ -35,7 +35,9 @@ Exit status: 0 finished; 1 halted on a reported failure; 2 internal failure; 130
 SIGUSR1 finishes the present iterations. TMPDIR names the folder for temporary files.
 )";
 
-void Print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
+void Print(std::FILE* stream, std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stream);
+}
 
 int Analyse(const std::vector<std::string>& words, BatchConsole& console, tessaly::TerminalUser& user) {
   tessaly::SystemClock clock;

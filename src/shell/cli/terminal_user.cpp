@@ -11,8 +11,12 @@ namespace {
 volatile std::sig_atomic_t stopSignal = 0;
 volatile std::sig_atomic_t finishRequested = 0;
 
-void RememberStop(int signal) { stopSignal = signal; }
-void RememberFinish(int) { finishRequested = 1; }
+void RememberStop(int signal) {
+  stopSignal = signal;
+}
+void RememberFinish(int) {
+  finishRequested = 1;
+}
 
 void Handle(int signal, void (*handler)(int), int flags) {
   struct sigaction action = {};
@@ -55,6 +59,8 @@ std::optional<std::string> TerminalUser::Ask(std::string_view question) {
   }
 }
 
-int TerminalUser::StopSignal() const { return stopSignal; }
+int TerminalUser::StopSignal() const {
+  return stopSignal;
+}
 
 }  // namespace tessaly
