@@ -148,12 +148,6 @@ void SplitAnyLine(std::string_view raw, std::string& work, std::vector<DataField
   }
 }
 
-std::string QuotedLine(std::string_view line) {
-  constexpr std::size_t kLongestQuote = 1000;
-  if (line.size() <= kLongestQuote) return std::string(line);
-  return std::string(line.substr(0, kLongestQuote)) + " ...";
-}
-
 DataLine::DataLine(const ColumnTable& columns, std::string replicationPrefix)
     : columns_(columns), prefix_(std::move(replicationPrefix)), supplied_(columns.size()), counters_(columns.size()) {
   for (const ColumnNumber column : columns.all()) {
@@ -205,8 +199,8 @@ void DataLine::SupplyColumns(std::int64_t fileLines, std::int64_t dataLines) {
 
 std::string_view DataLine::Supplied(ColumnNumber column, std::int64_t fileLines, std::int64_t dataLines) {
   if (columns_[column].Derived()) supplied_[column].clear();
-  if (counters_[column] == 'L') supplied_[column] = TrimBlanks(GeneralText(fileLines));
-  if (counters_[column] == 'C') supplied_[column] = TrimBlanks(GeneralText(dataLines));
+  if (counters_[column] == 'L') supplied_[column] = BareText(fileLines);
+  if (counters_[column] == 'C') supplied_[column] = BareText(dataLines);
   return supplied_[column];
 }
 

@@ -35,9 +35,6 @@ bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields);
 /// fields above `kMostDataFields`.
 void SplitAnyLine(std::string_view raw, std::string& work, std::vector<DataField>& fields);
 
-/// `line` as messages quote it: cut to 1,000 characters.
-std::string QuotedLine(std::string_view line);
-
 /// The data line at hand. Holds views into the raw line, which must outlive them.
 class DataLine {
  public:

@@ -14,15 +14,11 @@ namespace {
 constexpr std::size_t kMostInvalidValues = 10000;
 constexpr std::size_t kInvalidValuesShown = 3;
 
-std::string NumberText(std::int32_t number) {
-  return std::string(TrimBlanks(GeneralText(number)));
-}
-
 /// What stands behind the text of a column: nothing, or number and label in parentheses.
 std::string Explanation(const ElementReference& reference, const Facet& facet, std::string_view text,
                         const ElementTable& elements) {
   if (reference.Number < 0) return " (?)";
-  const std::string number = NumberText(reference.Number);
+  const std::string number = BareText(reference.Number);
   if (number == text) return {};
   if (reference.Element.value < 0) return " (" + number + ", ?)";
   const bool null = reference.Element == kNoElement;
@@ -53,7 +49,7 @@ std::string DatumLocation(const DataLine& line, const LineReferences& references
                           std::string_view datum) {
   std::string location = line.Replication() == 1 ? std::string() : line.ReplicationField() + ",";
   for (PositionNumber position{1}; position.value <= positions; ++position)
-    location += NumberText(references.At(position).Number) + ",";
+    location += BareText(references.At(position).Number) + ",";
   return location.append(datum);
 }
 
@@ -80,7 +76,7 @@ void DataNotes::NoteRange(const DataLine& line, const LineReferences& references
   for (std::int64_t step = 1; step <= std::min(references.RangeLength(), responses); ++step) {
     const std::int32_t number = references.RangeNumber(step);
     if (resolver.Find(facet, number) == kUnspecifiedElement)
-      Note({facet.value, NumberText(number), number}, line, references);
+      Note({facet.value, BareText(number), number}, line, references);
   }
 }
 
@@ -103,11 +99,11 @@ UnspecifiedElement DataNotes::ElementAt(const DataLine& line, const LineReferenc
   const ActivePosition& facts = analysis_.Fields.Positions[position];
   const std::int32_t facet = facts.PositionFacet.value;
   const std::int32_t number = references.At(position).Number;
-  if (position == references.RangePosition()) return {facet, NumberText(number), number};
+  if (position == references.RangePosition()) return {facet, BareText(number), number};
   const std::string_view text = line.Text(facts.PositionColumn.value);
   if (number < 0 && analysis_.Settings.DelementsOption.find('N') != std::string::npos) {
     const std::optional<std::int32_t> plain = ParseElementNumber(text);
-    if (plain && NumberText(*plain) == text) return {facet, {}, *plain};
+    if (plain && BareText(*plain) == text) return {facet, {}, *plain};
   }
   return {facet, std::string(text), number};
 }

@@ -92,7 +92,7 @@ void LineReferences::OpenRange(const ColumnPlan& plan, std::string_view text, El
   range_ = range;
   rangeLength_ = std::abs(std::int64_t{range.Second} - std::int64_t{range.First}) + 1;
   if (rangeLength_ > kLongestRange) {
-    const std::string count(TrimBlanks(GeneralText(rangeLength_)));
+    const std::string count = BareText(rangeLength_);
     console_.ShowWarning("Too many elements (" + count + ") specified in: " + QuotedLine(text));
     throw Halt{FailureCode::RangeTooLong, {}};
   }
@@ -141,7 +141,7 @@ bool LineReferences::HasLabelText(const DataColumn& column, ElementIndex source)
 std::string LineReferences::DerivedText(const DataColumn& column, ElementIndex source) const {
   if (column.DvalueStart == -1) {
     const std::int32_t group = std::abs(std::int32_t{elementTable_.ElementGroup[source]});
-    return std::string(TrimBlanks(GeneralText(group)));
+    return BareText(group);
   }
   const std::string_view label = elementTable_.ElementLabel[source];
   const auto start = static_cast<std::size_t>(std::max(column.DvalueStart - 1, 0));

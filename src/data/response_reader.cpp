@@ -136,7 +136,7 @@ std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences
   std::string recoded;
   if (plan.Recodes != nullptr) {
     if (const std::optional<std::int32_t> target = plan.Recodes->Target(response.Text)) {
-      recoded = TrimBlanks(GeneralText(*target));
+      recoded = BareText(*target);
       response = DataField(recoded);
       trace_.Show(QueryState::Recoded, "\"" + recoded + "\"");
     }

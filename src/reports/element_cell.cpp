@@ -11,7 +11,7 @@ std::string ElementCell(const Facet& facet, ElementIndex element, const ElementT
   if (facet.FacetLabelWidth == 0) return {};
   const int width = std::max(facet.FacetNumberWidth + facet.FacetLabelWidth + 2, minimum);
   if (element == kNoElement) return std::string(static_cast<std::size_t>(width), ' ');
-  const std::string number(TrimBlanks(GeneralText(elements.ElementNumber[element])));
+  const std::string number = BareText(elements.ElementNumber[element]);
   return RightJustified(number, facet.FacetNumberWidth) + " " +
          PadToWidth(elements.ElementLabel[element], width - facet.FacetNumberWidth - 1, encoding);
 }

@@ -14,12 +14,6 @@ namespace {
 constexpr std::size_t kMostListed = 10;
 constexpr float kDefaultHardware = 80;
 
-std::string Plain(float value) {
-  return std::string(TrimBlanks(GeneralText(value)));
-}
-std::string Plain(std::int32_t value) {
-  return std::string(TrimBlanks(GeneralText(value)));
-}
 std::string Letter(bool yes) {
   return yes ? "Y" : "N";
 }
@@ -66,7 +60,7 @@ std::string FacetList(const FacetTable& facets, const std::function<bool(const F
                       const std::function<std::string(const Facet&)>& mark = {}) {
   std::vector<std::string> items;
   for (const FacetNumber facet : facets.all()) {
-    if (chosen(facets[facet])) items.push_back(Plain(facet.value) + (mark ? mark(facets[facet]) : std::string()));
+    if (chosen(facets[facet])) items.push_back(BareText(facet.value) + (mark ? mark(facets[facet]) : std::string()));
   }
   return Joined(items, ",");
 }
@@ -118,7 +112,7 @@ class SpecificationLines {
     Heading("; Data specification");
     const std::int32_t columns = analysis_.Fields.DataFacetCount();
     ShownLine("Facets =" + GeneralText(analysis_.FacetCount()) +
-              (columns != analysis_.FacetCount() ? "," + Plain(columns) : std::string()));
+              (columns != analysis_.FacetCount() ? "," + BareText(columns) : std::string()));
     Line(!analysis_.Fields.EnteredIsIdentity, "Entered-in-data = " + EnteredList());
     const bool byNumber = settings_.DelementsOption.empty() || settings_.DelementsOption == "N";
     Line("Delements = " + (byNumber ? "N  ; element identifiers are element numbers" : settings_.DelementsOption));
@@ -132,7 +126,7 @@ class SpecificationLines {
   std::string EnteredList() const {
     std::vector<std::string> items;
     for (const DataColumn& column : analysis_.Fields.Columns)
-      items.push_back(column.ColumnFacet.value == 0 ? "0(unused)" : Plain(column.ColumnFacet.value));
+      items.push_back(column.ColumnFacet.value == 0 ? "0(unused)" : BareText(column.ColumnFacet.value));
     return Joined(items, ",");
   }
 
@@ -165,8 +159,8 @@ class SpecificationLines {
     for (const FacetNumber number : analysis_.Facets.all()) {
       const Facet& facet = analysis_.Facets[number];
       if (!facet.HasElements()) continue;
-      ShownLine(facet.FacetLabel + "," + Plain(number.value) + ", " + std::string(TrimBlanks(facet.FacetFlags)) + "," +
-                Plain(facet.FacetElementCount) + " ; (elements =" + GeneralText(facet.FacetElementCount) +
+      ShownLine(facet.FacetLabel + "," + BareText(number.value) + ", " + std::string(TrimBlanks(facet.FacetFlags)) + "," +
+                BareText(facet.FacetElementCount) + " ; (elements =" + GeneralText(facet.FacetElementCount) +
                 ", highest group =" + GeneralText(std::int32_t{facet.FacetGroupMax}) + ")");
     }
   }
@@ -234,8 +228,8 @@ class SpecificationLines {
     Line(!settings_.YardstickSpec.empty(), "Yardstick: dimensions in rulers = " + settings_.YardstickSpec);
     Line(settings_.WriteIterations, "Write iteration residuals in output file = yes");
     Line(settings_.ZscoreSize != 0 || settings_.ZscoreT != 0,
-         "Zscore (Bias size/significance) not less than = " + Plain(settings_.ZscoreSize) + "," +
-             Plain(settings_.ZscoreT) + " ; bias size, t-score");
+         "Zscore (Bias size/significance) not less than = " + BareText(settings_.ZscoreSize) + "," +
+             BareText(settings_.ZscoreT) + " ; bias size, t-score");
   }
 
   void Layout() {
@@ -249,13 +243,13 @@ class SpecificationLines {
     const auto& facets = settings_.InterRaterFacets;
     if (facets.empty() || facets.front() == 0) return;
     std::string text = "Inter-rater coefficients reported for facet =" + GeneralText(facets.front());
-    for (std::size_t i = 1; i < facets.size(); ++i) text += "," + Plain(facets[i]);
+    for (std::size_t i = 1; i < facets.size(); ++i) text += "," + BareText(facets[i]);
     Line(text + (facets.size() > 1 ? " ; matching facets" : ""));
   }
 
   void UserScale() {
     if (settings_.Umean == 0 && settings_.Uscale == 1 && settings_.Udecimals == 2) return;
-    Line("Umean =" + GeneralText(settings_.Umean) + "," + Plain(settings_.Uscale) + "," + Plain(settings_.Udecimals) +
+    Line("Umean =" + GeneralText(settings_.Umean) + "," + BareText(settings_.Uscale) + "," + BareText(settings_.Udecimals) +
          " ; Umean, Uscale, Udecimals");
   }
 
@@ -272,7 +266,7 @@ class SpecificationLines {
     Line("Iterations (maximum) =" + GeneralText(settings_.IterationsLimit) +
          (settings_.IterationsLimit == 0 ? " ; unlimited" : ""));
     Line(settings_.NewtonStep != 0, "Newton-Raphson =" + GeneralText(settings_.NewtonStep));
-    Line("Xtreme scores adjusted by =" + GeneralText(settings_.XtremeMain) + "," + Plain(settings_.XtremeBias) +
+    Line("Xtreme scores adjusted by =" + GeneralText(settings_.XtremeMain) + "," + BareText(settings_.XtremeBias) +
          "  ;(estimation, bias)");
     Line("");
   }

@@ -16,10 +16,6 @@ namespace {
 constexpr std::int32_t kStatementsOnScreen = 10;
 constexpr std::int32_t kStatementsToCut = 12;
 
-std::string Plain(std::int64_t value) {
-  return std::string(TrimBlanks(GeneralText(value)));
-}
-
 /// Writes the counts.
 class DataSummary {
  public:
@@ -113,8 +109,8 @@ class UnspecifiedList {
  private:
   void StartFacet(FacetNumber number) {
     const Facet& facet = analysis_.Facets[number];
-    std::string line = Plain(number.value) + ", " + facet.FacetLabel + ", " + std::string(TrimBlanks(facet.FacetFlags));
-    if (facet.FacetPriority != 1) line += ", " + Plain(facet.FacetPriority);
+    std::string line = BareText(number.value) + ", " + facet.FacetLabel + ", " + std::string(TrimBlanks(facet.FacetFlags));
+    if (facet.FacetPriority != 1) line += ", " + BareText(facet.FacetPriority);
     report_.WriteTableLine(line + " ; facet" + GeneralText(number.value));
     nextFree_ = facet.FacetHighestNumber;
     for (const UnspecifiedElement& element : analysis_.Unspecified) {
@@ -128,7 +124,7 @@ class UnspecifiedList {
       if (++nextFree_ == analysis_.Settings.NullElement) ++nextFree_;
       number = nextFree_;
     }
-    std::string line = Plain(number) + " = " + element.Label;
+    std::string line = BareText(number) + " = " + element.Label;
     if (number == analysis_.Settings.NullElement)
       line += " ; this element number is ignored, because Null=" + GeneralText(number);
     return line;

@@ -100,8 +100,8 @@ class FacetTables {
   }
 
   std::string Heading(const Arrangement& arrangement, std::int32_t subTable, std::int32_t reported) const {
-    std::string heading = "Table 7." + std::string(TrimBlanks(GeneralText(number_.value))) + "." +
-                          std::string(TrimBlanks(GeneralText(subTable))) + "  " + facet_.FacetLabel +
+    std::string heading = "Table 7." + BareText(number_.value) + "." +
+                          BareText(subTable) + "  " + facet_.FacetLabel +
                           " Measurement Report";
     if (reported > 1) heading += "  (arranged by " + arrangement.Text + ")";
     if (prioritiesUsed_) heading += ". Estimation priority:" + GeneralText(facet_.FacetPriority);

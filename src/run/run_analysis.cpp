@@ -30,7 +30,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::size_t kLongestQuote = 1000;
 /// Number of the report file in messages.
 constexpr std::string_view kReportPurpose = " 1";
 
@@ -38,16 +37,10 @@ std::string Quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
 
-/// A line as failures quote it: whoever reads the message wants its start, not 50 MB of it.
-std::string Shortened(std::string_view line) {
-  if (line.size() <= kLongestQuote) return std::string(line);
-  return std::string(line.substr(0, kLongestQuote)) + " ...";
-}
-
 /// "h: m: s", each right-aligned in two places.
 std::string HoursMinutesSeconds(double elapsed) {
   const auto seconds = static_cast<std::int64_t>(elapsed);
-  const auto twoPlaces = [](std::int64_t value) { return RightJustified(TrimBlanks(GeneralText(value)), 2); };
+  const auto twoPlaces = [](std::int64_t value) { return RightJustified(BareText(value), 2); };
   return twoPlaces(seconds / 3600) + ":" + twoPlaces(seconds / 60 % 60) + ":" + twoPlaces(seconds % 60);
 }
 
@@ -162,7 +155,7 @@ class AnalysisRun {
 
   void SetNumberWidths() {
     for (Facet& facet : analysis_.Facets)
-      facet.FacetNumberWidth = DisplayLength(TrimBlanks(GeneralText(facet.FacetHighestNumber)));
+      facet.FacetNumberWidth = DisplayLength(BareText(facet.FacetHighestNumber));
   }
 
   void Estimate() {
@@ -196,7 +189,7 @@ class AnalysisRun {
     if (const std::string detail = FailureDetail(halt); !detail.empty()) console_.ShowWarning(detail);
     const std::string location = Location();
     const bool located = !location.empty() && !line.LastLine.empty();
-    if (located) console_.ShowWarning(location + " is: " + Shortened(line.LastLine));
+    if (located) console_.ShowWarning(location + " is: " + QuotedLine(line.LastLine));
     console_.ShowWarning(FailureLine(halt, analysis_.Limits(), location.empty() ? 0 : line.LineNumber));
   }
 

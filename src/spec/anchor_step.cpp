@@ -64,7 +64,7 @@ class AnchorStep {
 
   /// The element as messages quote it: number, label, anchor, group.
   std::string Quoted(ElementIndex element) const {
-    return std::string(TrimLeft(GeneralText(elements_.ElementNumber[element]))) + "," +
+    return BareText(elements_.ElementNumber[element]) + "," +
            elements_.ElementLabel[element] + "," + elements_.ElementAnchorText[element] + "," + GroupText(element);
   }
 
@@ -81,7 +81,7 @@ class AnchorStep {
   float Logit(ElementIndex element, float value) const {
     const float logit = (value - settings_.Umean) / settings_.Uscale;
     if (std::abs(logit) <= settings_.HardwareExponent) return logit;
-    throw FatalError{"Failure (20)! Anchor value outside range: " + std::string(TrimLeft(GeneralText(logit))) + " (" +
+    throw FatalError{"Failure (20)! Anchor value outside range: " + BareText(logit) + " (" +
                      Quoted(element) + ")"};
   }
 

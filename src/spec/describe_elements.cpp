@@ -119,7 +119,7 @@ class Describer {
 /// A number stands in for every label that is missing.
 void SetDefaultLabels(FacetTable& facets, ElementTable& elements, std::int32_t nullElement) {
   const auto numberAsLabel = [](std::string& label, std::int32_t number) {
-    if (label.empty()) label = TrimLeft(GeneralText(number));
+    if (label.empty()) label = BareText(number);
   };
   for (const ElementIndex element : elements.ElementNumber.all())
     numberAsLabel(elements.ElementLabel[element], elements.ElementNumber[element]);

@@ -60,7 +60,7 @@ class ElementLister {
 
  private:
   void AnnounceLongRange(const AscendingRange& range, std::int64_t count) {
-    std::string text = ".adding" + GeneralText(range.Low) + "-" + std::string(TrimLeft(GeneralText(range.High)));
+    std::string text = ".adding" + GeneralText(range.Low) + "-" + BareText(range.High);
     if (range.Low != 1) text += " =" + GeneralText(count);
     console_.ShowMessage(text + " elements to list.");
   }

@@ -33,7 +33,7 @@ bool TakeElements(std::string_view text, ModelPosition& position) {
   const std::optional<std::int32_t> first = TakeNumber(text);
   if (!first) return false;
   position.Low = position.High = *first;
-  position.Text += TrimLeft(GeneralText(*first));
+  position.Text += BareText(*first);
   text = BehindHyphen(text);
   if (text.empty()) return true;
   const std::optional<std::int32_t> second = TakeNumber(text);
@@ -41,7 +41,7 @@ bool TakeElements(std::string_view text, ModelPosition& position) {
   position.Low = std::min(*first, *second);
   position.High = std::max(*first, *second);
   position.Text += '-';
-  position.Text += TrimLeft(GeneralText(*second));
+  position.Text += BareText(*second);
   return true;
 }
 

@@ -122,6 +122,12 @@ std::string CutOrPad(std::string_view text, int width) {
   return result;
 }
 
+std::string QuotedLine(std::string_view line) {
+  constexpr std::size_t kLongestQuote = 1000;
+  if (line.size() <= kLongestQuote) return std::string(line);
+  return std::string(line.substr(0, kLongestQuote)) + " ...";
+}
+
 bool IsUtf8(std::string_view text, const TextEncoding& encoding) {
   if (encoding.Utf8Encoded == 'N') return false;
   const auto high = std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) > 127; });

@@ -45,6 +45,10 @@ std::string RightJustified(std::string_view text, int width);
 /// `text` filled up with blanks or cut to `width` bytes.
 std::string CutOrPad(std::string_view text, int width);
 
+/// `line` as messages quote it: whoever reads them wants the start of a line, not all of a file without line ends.
+/// Cut to 1,000 characters.
+std::string QuotedLine(std::string_view line);
+
 /// How texts with bytes above 127 are taken: 'Y' as UTF-8 unseen, 'N' never, '?' as UTF-8 if they are valid.
 struct TextEncoding {
   char Utf8Encoded = '?';

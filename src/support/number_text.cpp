@@ -137,6 +137,14 @@ std::string GeneralText(std::int64_t value) {
   return {text + (value < 0), std::to_chars(text + 1, text + sizeof text, value).ptr};
 }
 
+std::string BareText(std::int64_t value) {
+  return std::string(TrimLeft(GeneralText(value)));
+}
+
+std::string BareText(float value) {
+  return std::string(TrimLeft(GeneralText(value)));
+}
+
 std::string FormatNumber(double value, int width, int decimals) {
   decimals = std::abs(decimals);
   width = std::abs(width);

@@ -18,6 +18,13 @@ inline std::string GeneralText(std::int32_t value) {
   return GeneralText(static_cast<std::int64_t>(value));
 }
 
+/// General text without the leading blank: a number that does not stand behind a word.
+std::string BareText(std::int64_t value);
+std::string BareText(float value);
+inline std::string BareText(std::int32_t value) {
+  return BareText(static_cast<std::int64_t>(value));
+}
+
 /// `value` rounded half away from zero to `decimals` places, right-justified in `width` columns. A value that does not
 /// fit loses decimals first; lost leading digits show as "E" and their number in the last two columns ("*" in width 2
 /// or less).

@@ -174,10 +174,5 @@ TEST(DataLine, HoldsAtMost32000Fields) {
   EXPECT_FALSE(fails(plain, std::string(100000, ','))) << "a blank line";
 }
 
-TEST(DataLine, QuotesAreCut) {
-  EXPECT_EQ(QuotedLine(std::string(1000, 'a')), std::string(1000, 'a'));
-  EXPECT_EQ(QuotedLine(std::string(1001, 'a')), std::string(1000, 'a') + " ...");
-}
-
 }  // namespace
 }  // namespace tessaly

@@ -89,5 +89,10 @@ TEST(Bytes, SubstitutionGivesOneByteForACharacter) {
       << "stops before the cut sequence";
 }
 
+TEST(Bytes, QuotedLinesAreCut) {
+  EXPECT_EQ(QuotedLine(std::string(1000, 'a')), std::string(1000, 'a'));
+  EXPECT_EQ(QuotedLine(std::string(1001, 'a')), std::string(1000, 'a') + " ...");
+}
+
 }  // namespace
 }  // namespace tessaly
