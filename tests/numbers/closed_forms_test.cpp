@@ -32,8 +32,9 @@ TEST(ClosedForms, TwoItems) {
 // Wins of the American League East, 1987. Agresti, A. (2002). Categorical Data Analysis, table 10.10: strengths against
 // Baltimore, by the model of Bradley & Terry (1952).
 TEST(ClosedForms, PairedComparisons) {
-  constexpr int kWins[7][7] = {{0, 7, 9, 7, 7, 9, 11}, {6, 0, 7, 5, 11, 9, 9}, {4, 6, 0, 7, 7, 8, 12}, {6, 8, 6, 0, 6, 7, 10},
-                               {6, 2, 6, 7, 0, 7, 12}, {4, 4, 5, 6, 6, 0, 6},  {2, 4, 1, 3, 1, 7, 0}};
+  constexpr int kWins[7][7] = {{0, 7, 9, 7, 7, 9, 11}, {6, 0, 7, 5, 11, 9, 9}, {4, 6, 0, 7, 7, 8, 12},
+                               {6, 8, 6, 0, 6, 7, 10}, {6, 2, 6, 7, 0, 7, 12}, {4, 4, 5, 6, 6, 0, 6},
+                               {2, 4, 1, 3, 1, 7, 0}};
   constexpr double kStrengths[] = {1.5814, 1.4364, 1.2945, 1.2476, 1.1077, 0.6839, 0};
   Design design({7}, "?,-?,D");
   design.Settings += "Entered=1,1\nNoncenter=0\n";
@@ -56,7 +57,8 @@ TEST(ClosedForms, BinomialTrialsAreThatManyDichotomies) {
   }();
   Design single({15, 6}, "?,?,D");
   for (const Rating& rating : trials.Ratings)
-    for (int trial = 0; trial < 3; ++trial) single.Ratings.push_back({rating.Elements, trial < rating.Response ? 1 : 0});
+    for (int trial = 0; trial < 3; ++trial)
+      single.Ratings.push_back({rating.Elements, trial < rating.Response ? 1 : 0});
   const FinishedAnalysis a = trials.Run();
   const FinishedAnalysis b = single.Run();
   for (const auto& [facet, count] : {std::pair{1, 15}, {2, 6}}) {
@@ -87,11 +89,12 @@ TEST(ClosedForms, PoissonCountsOfACompleteTable) {
     EXPECT_NEAR(run.Measure(1, i + 1) - run.Measure(1, 1), std::log(rows[i] / rows[0]), 0.001);
     EXPECT_NEAR(run.StandardError(1, i + 1), 1 / std::sqrt(rows[i]), 0.002);
   }
-  for (int j = 1; j < 3; ++j) EXPECT_NEAR(run.Measure(2, 1) - run.Measure(2, j + 1), std::log(columns[j] / columns[0]), 0.001);
+  for (int j = 1; j < 3; ++j)
+    EXPECT_NEAR(run.Measure(2, 1) - run.Measure(2, j + 1), std::log(columns[j] / columns[0]), 0.001);
 }
 
-// A single element and a dummy: the thresholds carry the curvature of the log counts and the measure their slope, so that
-// the model reproduces the counts.
+// A single element and a dummy: the thresholds carry the curvature of the log counts and the measure their slope, so
+// that the model reproduces the counts.
 TEST(ClosedForms, ThresholdsOfOneElementAreLogRatiosOfCounts) {
   Design design({1, 1}, "?,?,R2");
   design.FacetFields = {"", ",D"};

@@ -21,7 +21,9 @@ namespace {
 
 using Vector = std::vector<double>;
 
-std::size_t At(int number) { return static_cast<std::size_t>(number); }
+std::size_t At(int number) {
+  return static_cast<std::size_t>(number);
+}
 
 /// Solves a x = b for a positive definite matrix.
 Vector SolveLinear(std::vector<Vector> a, Vector b) {
@@ -200,7 +202,8 @@ class Solver {
       gradient[i] += Weight(rating) * (a[At(rating.Response)] - meanA);
       for (const auto& [j, b] : coefficients) {
         const double meanB = expected([&, &b = b](std::size_t k) { return b[k]; });
-        information[i][j] += Weight(rating) * expected([&, &a = a, &b = b](std::size_t k) { return (a[k] - meanA) * (b[k] - meanB); });
+        information[i][j] +=
+            Weight(rating) * expected([&, &a = a, &b = b](std::size_t k) { return (a[k] - meanA) * (b[k] - meanB); });
       }
     }
   }
@@ -297,6 +300,8 @@ class Solver {
 
 }  // namespace
 
-LikelihoodSolution SolveJointLikelihood(const LikelihoodProblem& problem) { return Solver(problem).Run(); }
+LikelihoodSolution SolveJointLikelihood(const LikelihoodProblem& problem) {
+  return Solver(problem).Run();
+}
 
 }  // namespace tessaly

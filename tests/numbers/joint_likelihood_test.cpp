@@ -28,8 +28,8 @@ void ExpectSame(const FinishedAnalysis& run, const LikelihoodProblem& problem, s
     }
   }
   for (std::size_t scale = 0; scale < solution.Steps.size(); ++scale) {
-    const std::vector<double> steps =
-        run.Steps(problem.OwnSteps < 0 ? run.ScaleOf() : run.ScaleOf(problem.OwnSteps + 1, static_cast<int>(scale) + 1));
+    const std::vector<double> steps = run.Steps(
+        problem.OwnSteps < 0 ? run.ScaleOf() : run.ScaleOf(problem.OwnSteps + 1, static_cast<int>(scale) + 1));
     ASSERT_EQ(steps.size(), solution.Steps[scale].size());
     for (std::size_t k = 0; k < steps.size(); ++k) EXPECT_NEAR(steps[k], solution.Steps[scale][k], 0.002) << k;
   }
@@ -70,7 +70,8 @@ TEST(JointLikelihood, WeightsOfDataLinesModelsAndElementsEnterOnce) {
 TEST(JointLikelihood, ExtremeScoresAreMeasuredTheirAdjustmentInsideTheRange) {
   for (const double adjustment : {0.3, 0.5, 0.1}) {
     Design design = SimulatedDesign({20, 6, 3}, 2, 8, 0);
-    // Persons 1 and 2 at the ends, rater 1 gives the highest category to everybody: then item 6 falls to person 3 alone.
+    // Persons 1 and 2 at the ends, rater 1 gives the highest category to everybody: then item 6 falls to person 3
+    // alone.
     for (Rating& rating : design.Ratings) {
       int& x = rating.Response;
       if (rating.Elements[0] == 1) x = 0;
@@ -82,6 +83,35 @@ TEST(JointLikelihood, ExtremeScoresAreMeasuredTheirAdjustmentInsideTheRange) {
     LikelihoodProblem problem(design, 2);
     problem.Xtreme = adjustment;
     ExpectSame(design.Run(), problem, NumberText(adjustment));
+  }
+}
+
+// P(k) ~ exp(k measure - s T(k)): at the estimates the statistic T of a discrimination s is what it is expected to be.
+TEST(JointLikelihood, DiscriminationsOfTrialsAndCountsSolveTheirEquation) {
+  for (const bool counts : {false, true}) {
+    Design design = SimulatedDesign({25, 6}, 4, 17);
+    design.Models = "?,?,Own";
+    design.Blocks = std::string("Rating scale=Own,") + (counts ? "P" : "B4") + "\n0,none\n*\n";
+    const FinishedAnalysis run = design.Run();
+    ASSERT_TRUE(run.Finished());
+    const double s = double{run.A.Scales.CategoryStep({0}, 0)};
+    EXPECT_GT(std::fabs(s - 1), 0.05);
+    const auto t = [&](int k) { return std::lgamma(k + 1.0) + (counts ? 0 : std::lgamma(5.0 - k) - std::lgamma(5.0)); };
+    double residual = 0;
+    for (const Rating& rating : design.Ratings) {
+      if (!Measurable(run.Status(1, rating.Elements[0]))) continue;
+      const double measure = run.Measure(1, rating.Elements[0]) - run.Measure(2, rating.Elements[1]);
+      double total = 0;
+      double expected = 0;
+      for (int k = 0; k <= (counts ? 60 : 4); ++k) {
+        const double p = std::exp(k * measure - s * t(k));
+        total += p;
+        expected += p * t(k);
+      }
+      residual += t(rating.Response) - expected / total;
+    }
+    EXPECT_NEAR(residual, 0, 0.005);
+    for (int item = 1; item <= 6; ++item) EXPECT_NEAR(double{run.Fit(2, item).Displacement}, 0, 0.001);
   }
 }
 
