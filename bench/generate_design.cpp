@@ -271,6 +271,7 @@ Design ReadOptions(int count, char** words) {
   int i = 1;
   for (; i + 1 < count; i += 2) SetOption(design, words[i], words[i + 1]);
   if (i >= count) throw std::runtime_error("no output folder");
+  if (*words[i] == '-') throw std::runtime_error("unknown option " + std::string(words[i]));
   design.Folder = words[i];
   // Each rater rates an examinee once or on two tasks, and the turns must come round to every rater and task.
   if (design.Ratings > design.Raters) throw std::runtime_error("more ratings than raters");

@@ -37,7 +37,9 @@ constexpr bool InOrder() {
 }
 static_assert(InOrder());
 
-constexpr std::string_view kWaiting = "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu";
+/// The keys of a window, and behind them what a terminal has in their place.
+constexpr std::string_view kWaiting =
+    "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu (here: Enter; 5 and Enter; Ctrl+C) ";
 
 /// The fields of a statement as the user reads them: positions, scale, weight.
 std::string StatementText(const ModelStatement& statement) {

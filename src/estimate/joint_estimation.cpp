@@ -258,6 +258,9 @@ bool JointEstimation::CriteriaAskForMore() const {
     return criterion > 0 && static_cast<double>(value) > static_cast<double>(criterion);
   };
   if (logit < kNoChange && step < kNoChange) return false;
+  const bool anyCriterion = s.ConvergenceScore > 0 || s.ConvergenceLogit > 0 || s.ConvergenceCategoryScore > 0 ||
+                            s.ConvergenceCategoryLogit > 0;
+  if (!anyCriterion) return true;
   if (above(logit, s.ConvergenceLogit) || above(score, s.ConvergenceScore)) return true;
   if (above(step, s.ConvergenceCategoryLogit) || above(category, s.ConvergenceCategoryScore)) return true;
   if (!WithinFirstIterations()) return false;

@@ -159,8 +159,8 @@ class SpecificationLines {
     for (const FacetNumber number : analysis_.Facets.all()) {
       const Facet& facet = analysis_.Facets[number];
       if (!facet.HasElements()) continue;
-      ShownLine(facet.FacetLabel + "," + BareText(number.value) + ", " + std::string(TrimBlanks(facet.FacetFlags)) + "," +
-                BareText(facet.FacetElementCount) + " ; (elements =" + GeneralText(facet.FacetElementCount) +
+      ShownLine(facet.FacetLabel + "," + BareText(number.value) + ", " + std::string(TrimBlanks(facet.FacetFlags)) +
+                "," + BareText(facet.FacetElementCount) + " ; (elements =" + GeneralText(facet.FacetElementCount) +
                 ", highest group =" + GeneralText(std::int32_t{facet.FacetGroupMax}) + ")");
     }
   }
@@ -249,8 +249,8 @@ class SpecificationLines {
 
   void UserScale() {
     if (settings_.Umean == 0 && settings_.Uscale == 1 && settings_.Udecimals == 2) return;
-    Line("Umean =" + GeneralText(settings_.Umean) + "," + BareText(settings_.Uscale) + "," + BareText(settings_.Udecimals) +
-         " ; Umean, Uscale, Udecimals");
+    Line("Umean =" + GeneralText(settings_.Umean) + "," + BareText(settings_.Uscale) + "," +
+         BareText(settings_.Udecimals) + " ; Umean, Uscale, Udecimals");
   }
 
   void Encoding() {

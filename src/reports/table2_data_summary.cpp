@@ -109,7 +109,8 @@ class UnspecifiedList {
  private:
   void StartFacet(FacetNumber number) {
     const Facet& facet = analysis_.Facets[number];
-    std::string line = BareText(number.value) + ", " + facet.FacetLabel + ", " + std::string(TrimBlanks(facet.FacetFlags));
+    std::string line =
+        BareText(number.value) + ", " + facet.FacetLabel + ", " + std::string(TrimBlanks(facet.FacetFlags));
     if (facet.FacetPriority != 1) line += ", " + BareText(facet.FacetPriority);
     report_.WriteTableLine(line + " ; facet" + GeneralText(number.value));
     nextFree_ = facet.FacetHighestNumber;

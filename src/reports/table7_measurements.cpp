@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "reports/edit_word.h"
@@ -20,9 +22,9 @@ constexpr int kMeasureWidth = 6;
 constexpr int kErrorWidth = 5;
 constexpr float kNotableShare = 0.25F;
 
-/// An item of `Arrange=`: a facet number (0 for all facets) and letters.
+/// An item of `Arrange=`: a facet number, if it is for one facet only, and letters.
 struct Arrangement {
-  std::int32_t Facet = 0;
+  std::optional<std::int32_t> Facet;
   std::string Text;
   std::string Letters;
 };
@@ -32,8 +34,9 @@ std::vector<Arrangement> Arrangements(const std::string& arrange) {
   for (const std::string_view text : SplitAt(arrange, ',')) {
     const std::size_t letters = std::min(text.find_first_not_of("0123456789"), text.size());
     const std::string_view digits = text.substr(0, letters);
-    const std::int32_t facet = digits.empty() ? 0 : ParseInt(digits, kHighestElementNumber).Value;
-    items.push_back({facet, std::string(text), std::string(text.substr(letters))});
+    Arrangement item{{}, std::string(text), std::string(text.substr(letters))};
+    if (!digits.empty()) item.Facet = ParseInt(digits, kHighestElementNumber).Value;
+    items.push_back(std::move(item));
   }
   return items;
 }
@@ -79,7 +82,7 @@ class FacetTables {
     if (reported == 0) return;
     std::int32_t subTable = 0;
     for (const Arrangement& arrangement : arrangements) {
-      if (arrangement.Facet != 0 && arrangement.Facet != number_.value) continue;
+      if (arrangement.Facet.value_or(number_.value) != number_.value) continue;
       WriteTable(arrangement, ++subTable, reported);
       if (reported == 1) break;
     }
@@ -100,8 +103,7 @@ class FacetTables {
   }
 
   std::string Heading(const Arrangement& arrangement, std::int32_t subTable, std::int32_t reported) const {
-    std::string heading = "Table 7." + BareText(number_.value) + "." +
-                          BareText(subTable) + "  " + facet_.FacetLabel +
+    std::string heading = "Table 7." + BareText(number_.value) + "." + BareText(subTable) + "  " + facet_.FacetLabel +
                           " Measurement Report";
     if (reported > 1) heading += "  (arranged by " + arrangement.Text + ")";
     if (prioritiesUsed_) heading += ". Estimation priority:" + GeneralText(facet_.FacetPriority);

@@ -1,11 +1,14 @@
 #include "run/run_analysis.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "data/data_files.h"
 #include "data/data_reader.h"
 #include "data/observation_store.h"
 #include "estimate/fit_pass.h"
@@ -99,13 +102,22 @@ class AnalysisRun {
     if (!watched) analysis_.Settings.QueryOption = false;
   }
 
-  /// Nothing is worse than a full folder after an hour: better to know at once.
-  void CheckTemporaryFolder() const { const WorkFile test(TemporaryFolder()); }
+  /// Nothing is worse than an unusable folder after an hour: better to know at once.
+  static void CheckTemporaryFolder() {
+    const std::string folder = TemporaryFolder();
+    try {
+      const WorkFile test(folder);
+    } catch (const Halt& halt) {
+      throw Halt{halt.Code, "Temporary folder " + Quoted(folder) + " takes no files (" + halt.Argument +
+                                "). Please set TMPDIR to a folder that does"};
+    }
+  }
 
   void OpenReport() {
     location_.clear();
     std::string& name = analysis_.Settings.OutputFileName;
-    if (name.empty()) name = DerivedReportName(analysis_.Settings.SpecFileName, analysis_.Settings.AsciiOption);
+    name = name.empty() ? DerivedReportName(analysis_.Settings.SpecFileName, analysis_.Settings.AsciiOption)
+                        : Replaced(name, '\\', '/');
     RefuseOverwriting(name);
     console_.ShowMessage("Writing specifications to output file: " + Quoted(name));
     try {
@@ -119,12 +131,13 @@ class AnalysisRun {
   }
 
   void RefuseOverwriting(const std::string& name) const {
-    bool same = SameFile(name, analysis_.Settings.SpecFileName);
-    for (const std::string_view data : SplitAt(analysis_.Settings.DataFileName, '+'))
-      same = same || SameFile(name, FindInputFile(TrimQuotes(data), folder_));
-    if (same)
-      throw Halt{FailureCode::IncompatibleFile,
-                 "the report would overwrite " + Quoted(name) + ". Please name another report file in Output="};
+    std::vector<std::string> inputs = input_->Opened();
+    for (const std::string& data : DataFileNames(analysis_.Settings.DataFileName))
+      inputs.push_back(FindInputFile(data, folder_));
+    if (std::none_of(inputs.begin(), inputs.end(), [&](const std::string& input) { return SameFile(name, input); }))
+      return;
+    throw Halt{FailureCode::IncompatibleFile,
+               "the report would overwrite " + Quoted(name) + ". Please name another report file in Output="};
   }
 
   void StartReport() {
@@ -154,8 +167,7 @@ class AnalysisRun {
   }
 
   void SetNumberWidths() {
-    for (Facet& facet : analysis_.Facets)
-      facet.FacetNumberWidth = DisplayLength(BareText(facet.FacetHighestNumber));
+    for (Facet& facet : analysis_.Facets) facet.FacetNumberWidth = DisplayLength(BareText(facet.FacetHighestNumber));
   }
 
   void Estimate() {
@@ -184,6 +196,8 @@ class AnalysisRun {
   std::string Location() const { return inData_ ? "Data line in " + analysis_.CurrentDataFile : location_; }
 
   void ReportFailure(const Halt& halt) {
+    // Why there are no more tables must stand in the report, whatever table was switched off.
+    report_.EndTables();
     const InputLine line = std::exchange(analysis_.Input, {});
     console_.ShowMessage("");
     if (const std::string detail = FailureDetail(halt); !detail.empty()) console_.ShowWarning(detail);

@@ -30,7 +30,8 @@ std::string AskForName(User& user) {
 
 /// Asks for extra specifications. False if the user wants another file instead.
 bool AskForExtraSpecs(CommandLine& commandLine, Host& host) {
-  const auto answer = host.user.Ask("Extra specifications (keyword=value keyword=value ...), or Enter for none: ");
+  const auto answer =
+      host.user.Ask("Extra specifications (keyword=value keyword=value ..., no blanks inside), or Enter for none: ");
   if (!answer) {
     host.console.ShowMessage("*** Cancelled ***");
     return false;
@@ -55,6 +56,11 @@ void SettleSpecificationFile(CommandLine& commandLine, Host& host) {
     if (name.empty()) {
       if (!mayAsk) throw Halt{FailureCode::NoFileName, {}};
       name = AskForName(host.user);
+      continue;
+    }
+    if (mayAsk && !std::filesystem::exists(name)) {
+      host.console.ShowWarning("Failure opening Specification file: " + name);
+      name.clear();
       continue;
     }
     if (!mayAsk || !commandLine.ExtraSpecs.empty() || AskForExtraSpecs(commandLine, host)) return;

@@ -64,8 +64,8 @@ class AnchorStep {
 
   /// The element as messages quote it: number, label, anchor, group.
   std::string Quoted(ElementIndex element) const {
-    return BareText(elements_.ElementNumber[element]) + "," +
-           elements_.ElementLabel[element] + "," + elements_.ElementAnchorText[element] + "," + GroupText(element);
+    return BareText(elements_.ElementNumber[element]) + "," + elements_.ElementLabel[element] + "," +
+           elements_.ElementAnchorText[element] + "," + GroupText(element);
   }
 
   std::int16_t GroupOf(ElementIndex element) {
@@ -81,8 +81,7 @@ class AnchorStep {
   float Logit(ElementIndex element, float value) const {
     const float logit = (value - settings_.Umean) / settings_.Uscale;
     if (std::abs(logit) <= settings_.HardwareExponent) return logit;
-    throw FatalError{"Failure (20)! Anchor value outside range: " + BareText(logit) + " (" +
-                     Quoted(element) + ")"};
+    throw FatalError{"Failure (20)! Anchor value outside range: " + BareText(logit) + " (" + Quoted(element) + ")"};
   }
 
   void TakeValue(ElementIndex element, char facetType, std::int16_t group, float logit) {

@@ -1,5 +1,7 @@
 #include "spec/input_stack.h"
 
+#include <algorithm>
+
 #include "spec/clean_line.h"
 #include "spec/file_names.h"
 #include "support/failure.h"
@@ -43,6 +45,7 @@ void InputStack::Push(const std::string& path, std::string_view kind) {
     console_.ShowWarning("Failure opening " + std::string(kind) + " file: " + path);
     throw;
   }
+  if (std::find(opened_.begin(), opened_.end(), path) == opened_.end()) opened_.push_back(path);
   const std::string title = std::string(kind) + " file - " + path + " - ";
   const std::string format(files_.back().ForeignFormat());
   if (!format.empty()) {

@@ -29,6 +29,9 @@ class InputStack {
   /// in messages. Throws `Halt` if it cannot be opened or is no text file.
   void Open(const std::string& path, std::string_view kind);
 
+  /// Paths of the file and of all that it included so far, in order.
+  const std::vector<std::string>& Opened() const { return opened_; }
+
   /// The next line as read, or nothing at the end. The view holds until
   /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and for a nesting deeper than `kDeepestInclude`.
   std::optional<std::string_view> NextRawLine();
@@ -42,6 +45,7 @@ class InputStack {
   Console& console_;
   std::string folder_;
   std::vector<LineFile> files_;
+  std::vector<std::string> opened_;
 };
 
 }  // namespace tessaly

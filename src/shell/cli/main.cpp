@@ -61,13 +61,17 @@ int Analyse(const std::vector<std::string>& words, BatchConsole& console, tessal
 
 int main(int argc, char** argv) {
   const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
-  if (words.size() == 1 && words.front() == "--help") {
+  if (!words.empty() && words.front() == "--help") {
     Print(stdout, kUsage);
     return kFinished;
   }
-  if (words.size() == 1 && words.front() == "--version") {
+  if (!words.empty() && words.front() == "--version") {
     Print(stdout, "Tessaly " TESSALY_VERSION "\n");
     return kFinished;
+  }
+  if (!words.empty() && words.front().starts_with("--")) {
+    Print(stderr, "tessaly: unknown option " + words.front() + "\n" + std::string(kUsage));
+    return kHalted;
   }
   tessaly::TerminalUser user;
   BatchConsole console;

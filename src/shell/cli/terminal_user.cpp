@@ -54,7 +54,11 @@ std::optional<std::string> TerminalUser::Ask(std::string_view question) {
   for (;;) {
     const int c = std::getchar();
     if (c == '\n') return answer;
-    if (c == EOF) return {};
+    if (c == EOF) {
+      // The end of input (Ctrl+D) answers this question only.
+      std::clearerr(stdin);
+      return {};
+    }
     answer += static_cast<char>(c);
   }
 }

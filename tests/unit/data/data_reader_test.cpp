@@ -224,7 +224,9 @@ TEST(DataReader, TracesTheMatching) {
   user.Answers = {"", " f5 "};
   const DataRun run(ThreeFacets("Query=Y\nModels=\n?,2,?,R4\n?,?,?,R4\n*"), "R2,1,1,11,3\n1,1,11,\n1,1,11,3\n", user);
   EXPECT_EQ(user.Questions.size(), 0U);
-  EXPECT_EQ(run.User.Questions, Texts(2, "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu"));
+  EXPECT_EQ(run.User.Questions, Texts(2,
+                                      "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu "
+                                      "(here: Enter; 5 and Enter; Ctrl+C) "));
   const auto traced =
       std::find(run.Said.Messages.begin(), run.Said.Messages.end(), "R2,1,1,11,3 datum: R2,1,1,11,3 ; datum number 1");
   ASSERT_LE(4, run.Said.Messages.end() - traced);

@@ -74,20 +74,21 @@ TEST(ElementStep, ExtremeScoresAreTakenInsideTheRangeLowerEndFirst) {
   EXPECT_EQ(none.Change + none.Residual + none.Fraction, 0);
 }
 
-TEST(ElementStep, ProxExpandsTheLogitOfTheScoreByTheSpreadOfTheMeasuresMet) {
+TEST(ElementStep, ProxPutsTheElementWhereItBalancesTheMeasuresItMet) {
   Bed bed(12, 16, 0);
   bed.Rule.Phase = Phase::Prox;
-  const double met[] = {-1, 0.5, 2, -1.5};
+  const double met[] = {-1, 0.5, 2, 1.5};
+  const double mean = 0.75;
   double variance = 0;
   bed.Sums.Information = 0;
   for (const double m : met) {
     bed.Sums.ExpectedScore += m;
     bed.Sums.Information += static_cast<float>(m * m);
     bed.Sums.ProxWeight += 1;
-    variance += m * m / 4;
+    variance += (m - mean) * (m - mean) / 4;
   }
   bed.Measure = 0.25F;
-  const double prox = std::sqrt(1 + variance / 2.89) * std::log(3.0);
+  const double prox = std::sqrt(1 + variance / 2.89) * std::log(3.0) - mean;
   EXPECT_NEAR(double{bed.Step().Change}, prox - 0.25, 1e-6);
   EXPECT_EQ(bed.Step().Residual, 0);
   bed.Positive = false;
@@ -95,7 +96,7 @@ TEST(ElementStep, ProxExpandsTheLogitOfTheScoreByTheSpreadOfTheMeasuresMet) {
   // Scores stay half a point off the ends; no limit is put on the change.
   bed.Positive = true;
   bed.Record.ObservedScore = 16;
-  EXPECT_NEAR(double{bed.Step().Change}, std::sqrt(1 + variance / 2.89) * std::log(32.0) - 0.25, 1e-5);
+  EXPECT_NEAR(double{bed.Step().Change}, std::sqrt(1 + variance / 2.89) * std::log(32.0) - mean - 0.25, 1e-5);
   // A starting value stands until JMLE, and so does an element that met nobody.
   bed.Record.AnchorValue = -2;
   EXPECT_EQ(bed.Step().Change, 0);

@@ -66,15 +66,10 @@ TEST(JointEstimation, GoesThroughItsStages) {
   const FinishedAnalysis usual = Crossed().Run();
   EXPECT_EQ(Stages(usual).substr(0, 3), "PPJ");
   EXPECT_EQ(Stages(usual).rfind('P'), 1U);
-  // However far the second pass moves, there is no third.
-  Design wide({3, 3}, "?,?,D");
-  for (int person = 1; person <= 3; ++person) {
-    for (int item = 1; item <= 3; ++item) {
-      wide.Ratings.push_back({{person, item}, 1, std::pow(300, person - item)});
-      wide.Ratings.push_back({{person, item}, 0, 1});
-    }
-  }
-  EXPECT_EQ(Stages(wide.Run({"Iterations=5"})), "PPJJJ");
+  // However far the second pass moves, there is no third. (Weights are squared in the spread of measures.)
+  Design heavy = Crossed();
+  for (Rating& rating : heavy.Ratings) rating.Replication = 100;
+  EXPECT_EQ(Stages(heavy.Run({"Iterations=5"})), "PPJJJ");
   // With nothing left floating, and for counts, there is no PROX behind the recount.
   Design held = Crossed();
   held.Settings += "Noncenter=\n";
@@ -112,6 +107,9 @@ TEST(JointEstimation, StopsAtItsLimitAndSaysSoOnlyIfMoreWasAskedFor) {
   const FinishedAnalysis still = Crossed().Run({"Convergence=0,0.00000001"});
   EXPECT_TRUE(still.Finished());
   EXPECT_GT(still.Iterations(), needed);
+  // No criterion at all: the same, and not the first iteration's estimates.
+  const FinishedAnalysis without = Crossed().Run({"Convergence=0,0,0,0"});
+  EXPECT_EQ(without.Iterations(), still.Iterations());
 }
 
 TEST(JointEstimation, HaltsWhenAllDataAreExtreme) {
@@ -126,6 +124,20 @@ TEST(JointEstimation, HaltsWhenAllDataAreExtreme) {
   EXPECT_TRUE(std::any_of(run.Warnings.begin(), run.Warnings.end(), [&](const std::string& warning) {
     return warning.starts_with("Error F36") && warning.find(text) != std::string::npos;
   })) << run.Warnings.back();
+}
+
+// Starting values must come from the right side: at 160 logits from its place the score curve is flat.
+TEST(JointEstimation, FarAnchorsTakeTheFreeElementsAlongUpToTheEndOfTheRange) {
+  for (const double far : {50.0, -60.0, 79.9}) {
+    Design design = Crossed();
+    design.FacetFields[1] = ",A";
+    for (int item = 1; item <= 5; ++item) design.Field(2, item) = "," + NumberText(far);
+    const FinishedAnalysis run = design.Run({"Iterations=30", "Convergence=0.01,0.001"});
+    const bool cut = far > 79;
+    EXPECT_NEAR(run.Measure(1, 1), cut ? 80 : far + std::log(4.0), 0.005);  // 4 of 5
+    EXPECT_NEAR(run.Measure(1, 9), far - std::log(4.0), 0.005);
+    EXPECT_EQ(run.Warns("Warning (1)! Estimate out of range!  Facet 1 Element 1"), cut);
+  }
 }
 
 TEST(Priorities, AscendFromOneAndTakeZeroOnlyIfThereIsNothingElse) {

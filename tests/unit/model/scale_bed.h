@@ -1,6 +1,7 @@
 // Scale tables with one scale, ready for the kernel.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "model/response_kernel.h"

@@ -1,5 +1,5 @@
-#include "spec/clean_line.h"
 #include "spec/input_stack.h"
+#include "spec/clean_line.h"
 
 #include <gtest/gtest.h>
 
@@ -75,7 +75,10 @@ TEST(CleanLine, NoBreakSpacesBecomeBlanksInTheirOwnEncodingOnly) {
     CleanLine(raw, true, work);
     return work;
   };
-  EXPECT_EQ(clean("\xA0" "1\xA0=\xA0" "caf\xE9\xA0; \xA0"), "1 = caf\xE9");
+  EXPECT_EQ(clean("\xA0"
+                  "1\xA0=\xA0"
+                  "caf\xE9\xA0; \xA0"),
+            "1 = caf\xE9");
   EXPECT_EQ(clean("1\xC2\xA0=\xC2\xA0\xC2\xA0voil\xC3\xA0"), "1 =  voil\xC3\xA0");
   EXPECT_EQ(clean("\xA0,\xA0"), "");
 }
