@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "estimate/step_length.h"
 #include "model/response_kernel.h"
 
 namespace tessaly {
@@ -12,7 +13,6 @@ namespace {
 /// 1.7 squared: the logistic and the normal ogive differ by a factor of about 1.7.
 constexpr double kProxSpread = 2.89;
 constexpr float kLongestStep = 1.0F;
-constexpr float kShortening = 0.9F;
 constexpr float kCurveFittingShare = 0.5F;
 
 /// The logit at which the PROX method places an element: where it balances the mean of the other measures that it met,
@@ -63,7 +63,7 @@ ElementStepResult ElementStep(const ElementRecord& record, const EstimationSums&
     step.Change = CurveFittingChange(sums, adjusted, possible, rule, settings.SmallestNumber);
   }
   if (!facetPositive) step.Change = -step.Change;
-  while (std::fabs(step.Change) > kLongestStep) step.Change *= kShortening;
+  step.Change = ShortenedStep(static_cast<double>(step.Change), kLongestStep);
   return step;
 }
 

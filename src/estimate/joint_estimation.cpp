@@ -148,8 +148,10 @@ bool JointEstimation::ProxIsDone() const {
 }
 
 void JointEstimation::CheckConstraints() {
+  if (constraintsChecked_) return;
+  constraintsChecked_ = true;
   std::string& warning = analysis_.ConstraintWarning;
-  if (!warning.empty() || trace_.UnconstrainedFacets == 1) return;
+  if (trace_.UnconstrainedFacets == 1) return;
   warning = trace_.UnconstrainedFacets == 0 ? "Warning (7)! Over-constrained?  Noncenter= not in effect"
                                             : "Warning (8)! Under-constrained?  Noncenter= for two or more facets";
   if (analysis_.Settings.BeepOn) console_.Beep();

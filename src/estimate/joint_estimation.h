@@ -60,6 +60,8 @@ class JointEstimation {
   bool recount_ = true;
   bool firstPass_ = true;
   bool dataSeen_ = false;
+  /// Once is enough: later priorities count their own facets only.
+  bool constraintsChecked_ = false;
   float curveProbe_ = 0.5F;
   /// Copy of the step size for one iteration, so that a request of the user changes only the next.
   float newtonStepNow_ = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "estimate/step_length.h"
 #include "model/response_kernel.h"
 
 namespace tessaly {
@@ -10,7 +11,6 @@ namespace tessaly {
 namespace {
 
 constexpr float kLongestDiscriminationStep = 0.1F;
-constexpr float kShortening = 0.9F;
 
 /// New value of step k before recentering. Steps over categories without observations are left alone; the step that
 /// ends such a gap shares its jump among the steps of the gap.
@@ -103,8 +103,8 @@ void UpdateDiscrimination(ScaleNumber scale, ModelType type, ScaleTables& scales
   detail.Residual = detail.Observed - detail.Expected;
   const double curvature = scales.CategoryInformation(scale, 1);
   // Half a Newton step; without curvature there is nothing to go by.
-  detail.Change = curvature > 0 ? static_cast<float>(detail.Residual / (2 * curvature)) : 0.0F;
-  while (std::fabs(detail.Change) > kLongestDiscriminationStep) detail.Change *= kShortening;
+  const double step = curvature > 0 ? detail.Residual / (2 * curvature) : 0;
+  detail.Change = ShortenedStep(step, kLongestDiscriminationStep);
   // The exponent of category k holds -s T(k): too large an observed T asks for a smaller s.
   float& s = scales.CategoryStep(scale, 0);
   scales.CategoryStepPrevious(scale, 0) = s;

@@ -66,7 +66,7 @@ float ResponseKernel::RatingScale(ScaleNumber scale, std::int32_t top, float mea
 
 float ResponseKernel::Binomial(ScaleNumber scale, std::int32_t top, float measure) {
   const float s = scales_.CategoryStep(scale, 0);
-  const std::vector<double>& logs = BinomialLogs(top);
+  const std::vector<double>& logs = BinomialTermsOf(top).Logs;
   float sum = 0;
   for (std::int32_t k = 1; k <= top; ++k) {
     const auto at = static_cast<std::size_t>(k);
@@ -116,16 +116,19 @@ float ResponseKernel::Normalise(std::int32_t top) {
   return static_cast<float>(expected);
 }
 
-const std::vector<double>& ResponseKernel::BinomialLogs(std::int32_t top) const {
+const ResponseKernel::BinomialTerms& ResponseKernel::BinomialTermsOf(std::int32_t top) const {
   const auto at = static_cast<std::size_t>(top);
-  if (binomialLogs_.size() <= at) binomialLogs_.resize(at + 1);
-  std::vector<double>& logs = binomialLogs_[at];
-  if (logs.empty()) {
-    logs.resize(at + 1);
-    for (std::size_t k = 1; k <= at; ++k)
-      logs[k] = std::log(static_cast<double>(k) / (static_cast<double>(at - k) + 1.0));
+  if (binomialTerms_.size() <= at) binomialTerms_.resize(at + 1);
+  BinomialTerms& terms = binomialTerms_[at];
+  if (terms.Logs.empty()) {
+    terms.Logs.resize(at + 1);
+    terms.Sums.resize(at + 1);
+    for (std::size_t k = 1; k <= at; ++k) {
+      terms.Logs[k] = std::log(static_cast<double>(k) / (static_cast<double>(at - k) + 1.0));
+      terms.Sums[k] = terms.Sums[k - 1] + terms.Logs[k];
+    }
   }
-  return logs;
+  return terms;
 }
 
 LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
@@ -139,7 +142,7 @@ LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::i
     odds.AtObserved = category == 1 ? s1 : 0.0F;
     return odds;
   }
-  const std::vector<double>* binomialLogs = type == ModelType::Binomial ? &BinomialLogs(top) : nullptr;
+  const std::vector<double>* binomialLogs = type == ModelType::Binomial ? &BinomialTermsOf(top).Logs : nullptr;
   const CategoryAnchor* anchor = scales_.CategoryAnchor.Row(scale);
   const std::int32_t last = type == ModelType::Poisson ? kProbabilityTop : top;
   const auto stepTerm = [&](std::int32_t k) {
@@ -160,11 +163,9 @@ LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::i
 }
 
 double ResponseKernel::DiscriminationStatistic(ModelType type, std::int32_t top, std::int32_t k) const {
-  if (type == ModelType::Poisson) return static_cast<double>(logFactorial_[static_cast<std::size_t>(k)]);
-  const std::vector<double>& logs = BinomialLogs(top);
-  double sum = 0;
-  for (std::int32_t j = 1; j <= k; ++j) sum += logs[static_cast<std::size_t>(j)];
-  return sum;
+  const auto at = static_cast<std::size_t>(k);
+  if (type == ModelType::Poisson) return static_cast<double>(logFactorial_[at]);
+  return BinomialTermsOf(top).Sums[at];
 }
 
 }  // namespace tessaly

@@ -67,14 +67,19 @@ class ResponseKernel {
   float Binomial(ScaleNumber scale, std::int32_t top, float measure);
   float Poisson(ScaleNumber scale, std::int32_t top, float measure);
   float Normalise(std::int32_t top);
-  const std::vector<double>& BinomialLogs(std::int32_t top) const;
+  /// Step terms of binomial trials, ln(k / (top - k + 1)) for k = 1..top, and their sums from 1 to k.
+  struct BinomialTerms {
+    std::vector<double> Logs;
+    std::vector<double> Sums;
+  };
+  const BinomialTerms& BinomialTermsOf(std::int32_t top) const;
 
   const ScaleTables& scales_;
   float hardwareExponent_;
   std::array<float, kProbabilityTop + 1> probability_{};
   std::int32_t computedTop_ = 0;
-  /// ln(k / (top - k + 1)) for k = 1..top, by top; made when first needed.
-  mutable std::vector<std::vector<double>> binomialLogs_;
+  /// By top; made when first needed.
+  mutable std::vector<BinomialTerms> binomialTerms_;
   /// ln k and ln k!, by k.
   std::array<double, kProbabilityTop + 1> log_{};
   std::array<float, kProbabilityTop + 1> logFactorial_{};

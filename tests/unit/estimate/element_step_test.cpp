@@ -1,8 +1,10 @@
 #include "estimate/element_step.h"
+#include "estimate/step_length.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 namespace tessaly {
 namespace {
@@ -105,6 +107,16 @@ TEST(ElementStep, ProxPutsTheElementWhereItBalancesTheMeasuresItMet) {
   bed.Sums.ProxWeight = 0;
   EXPECT_EQ(bed.Step().Change, 0);
   EXPECT_EQ(bed.Measure, 0);
+}
+
+TEST(StepLength, ShortensByTenthsAndEndsForWhateverItIsGiven) {
+  EXPECT_FLOAT_EQ(ShortenedStep(1.5, 1), 0.98415F);
+  EXPECT_FLOAT_EQ(ShortenedStep(-0.5, 0.1F), -0.5F * std::pow(0.9F, 16.0F));
+  EXPECT_EQ(ShortenedStep(1, 1), 1);
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_GT(ShortenedStep(infinity, 1), 0.9F);
+  EXPECT_LT(ShortenedStep(-1e300, 0.1F), -0.09F);
+  EXPECT_EQ(ShortenedStep(infinity - infinity, 1), 0);
 }
 
 }  // namespace
