@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -64,13 +63,16 @@ void SplitAtCommas(std::string_view line, std::vector<DataField>& fields) {
   }
 }
 
-/// The number of digits and at most one decimal point, if `text` is that and single precision holds it.
+/// Sums of larger weights would leave single precision.
+constexpr double kMostReplications = 1e9;
+
+/// The number of digits and at most one decimal point, if `text` is that and not above `kMostReplications`.
 std::optional<float> ReplicationNumber(std::string_view text) {
   const auto points = std::count(text.begin(), text.end(), '.');
   const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
   if (digits == 0 || points > 1 || static_cast<std::size_t>(points + digits) != text.size()) return {};
   const double number = LeadingNumber(text);
-  if (number > double(std::numeric_limits<float>::max())) return {};
+  if (number > kMostReplications) return {};
   return static_cast<float>(number);
 }
 
