@@ -1,6 +1,6 @@
 // Writes a large rating design with known measures: examinees rated by raters on tasks and criteria.
 //
-// The responses follow the rating scale model (Andrich 1978; Linacre 1989)
+// The responses follow the rating scale model (Andrich 1978; Wright & Masters 1982)
 //   P(k) ∝ exp Σ_{j=1..k} (B_n − C_r − D_t − E_c − F_j),  k = 0..categories-1
 // The design is incomplete, yet every measure is tied to every other: examinees take turns in being rated by two
 // neighbouring raters on one task, and by one rater on two neighbouring tasks. All criteria are rated each time.

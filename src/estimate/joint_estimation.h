@@ -17,7 +17,7 @@ namespace tessaly {
 
 /// Estimates one logit measure for each element and the structure of each scale: a recount pass that finds totals and
 /// extreme scores, PROX passes for starting values, then joint maximum likelihood (JMLE) passes until the criteria of
-/// `Convergence=` are met (Linacre 1989; Wright & Masters 1982). Priorities run one after the other.
+/// `Convergence=` are met (Wright & Masters 1982). Priorities run one after the other.
 class JointEstimation {
  public:
   JointEstimation(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control,
