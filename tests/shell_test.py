@@ -94,6 +94,19 @@ class Shell(unittest.TestCase):
         self.assertIn("Work file problem", errors)
         self.assert_nothing_left()
 
+    def test_absurd_lines_are_told_briefly(self):
+        head = "Facets=2\nModels=?,?,D\nLabels=\n1,P\n1\n*\n2,I\n1\n*\nData=\n"
+        for line, message in (("1," * 40000, "Error F67 in line 11: More than 32,000 fields in the data record\n"),
+                              ("1" * 50_000_000, "Error F27 in line 11: Data record does not contain 2 facet references "
+                                                 "+ data. Please start comments with ;\n"),
+                              ("1" * 70_000_000, "Error F44 in line 10: Invalid file format: not in DOS-Text (ASCII) "
+                                                 "format.\n")):
+            (self.folder / "absurd.txt").write_text(head + line)
+            status, _, errors = self.run_program("absurd.txt", "Batch=Y")
+            self.assertEqual(status, 1)
+            self.assertTrue(errors.endswith(message), errors[-300:])
+            self.assertLess(len(errors), 2000)
+
     def test_report_on_a_full_disk(self):
         (self.folder / "spec.txt").write_text(specification(20))
         status, _, errors = self.run_program("spec.txt", "/dev/full", "Batch=Y")

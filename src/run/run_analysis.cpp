@@ -150,6 +150,7 @@ class AnalysisRun {
   }
 
   void ReadObservations() {
+    location_.clear();
     console_.ShowMessage("Opening work files");
     const ElementLayout layout(analysis_.Facets, analysis_.Fields);
     if (layout.ElementRecordLength() == 0 && analysis_.Settings.LabelsBuild == 'N')
