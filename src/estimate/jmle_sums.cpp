@@ -5,11 +5,11 @@
 namespace tessaly {
 
 void JmleSums::Add(const Observation& obs) {
-  float probed = 0;
-  if (probe_ != 0)
-    probed = kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum - probe_);
-  const float expected =
-      kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum);
+  const auto [expected, probed] =
+      probe_ != 0
+          ? kernel_.ProbedProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum, probe_)
+          : ProbedScore{
+                kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum), 0};
   if (obs.CurrentTop > 1 && obs.Status == ReadStatus::Usable) AddCategories(obs);
   const float w = obs.ObsWeight;
   const float information = Variance(obs, expected) * w;

@@ -17,6 +17,71 @@ float LogRatio(double a, double b, double c, double d, float smallest) {
   return static_cast<float>(ln(a) - ln(b) + ln(c) - ln(d));
 }
 
+namespace {
+
+/// Turns the exponents of categories 1..top in each of N tables into probabilities of 0..top, and gives the expected
+/// categories. The tables are worked on side by side, because each by itself is a chain of steps that wait for each
+/// other.
+template <std::size_t N>
+std::array<float, N> NormaliseTables(std::int32_t top, float hardwareExponent, const std::array<float*, N>& tables) {
+  std::array<float, N> shift;
+  std::array<double, N> total;
+  for (std::size_t n = 0; n < N; ++n) {
+    float* const p = tables[n];
+    // A loop of its own: which exponent is the highest cannot be foretold, and here it costs no branch.
+    float highest = 0;
+    for (std::int32_t k = 1; k <= top; ++k) highest = highest > p[k] ? highest : p[k];
+    shift[n] = hardwareExponent - highest;
+    p[0] = ExponentialSingle(shift[n]);
+    total[n] = static_cast<double>(p[0]);
+  }
+  for (std::int32_t k = top; k >= 1; --k) {
+    for (std::size_t n = 0; n < N; ++n) {
+      float& p = tables[n][k];
+      p = ExponentialSingle(shift[n] + p);
+      total[n] += static_cast<double>(p);
+    }
+  }
+  std::array<double, N> expected{};
+  for (double& t : total) t = 1.0 / t;
+  double category = top;
+  for (std::int32_t k = top; k >= 0; --k, --category) {
+    for (std::size_t n = 0; n < N; ++n) {
+      float& p = tables[n][k];
+      p = static_cast<float>(total[n] * static_cast<double>(p));
+      expected[n] += category * static_cast<double>(p);
+    }
+  }
+  std::array<float, N> result;
+  for (std::size_t n = 0; n < N; ++n) result[n] = static_cast<float>(expected[n]);
+  return result;
+}
+
+/// Thresholds of one scale, and which categories are kept though unobserved.
+struct ScaleSteps {
+  const float* Step;
+  const CategoryAnchor* Anchor;
+};
+
+/// Probabilities of one rating scale at N measures, and the expected categories.
+template <std::size_t N>
+std::array<float, N> RatingScalesAt(const ScaleSteps& steps, std::int32_t top, float hardwareExponent,
+                                    const std::array<float, N>& measures, const std::array<float*, N>& tables) {
+  std::array<float, N> sum{};
+  for (std::int32_t k = 1; k <= top; ++k) {
+    const bool kept = steps.Anchor[k] == CategoryAnchor::KeptUnobserved;
+    const float step = steps.Step[k];
+    for (std::size_t n = 0; n < N; ++n) {
+      sum[n] += measures[n];
+      if (!kept) sum[n] -= step;
+      tables[n][k] = kept ? -std::numeric_limits<float>::infinity() : sum[n];
+    }
+  }
+  return NormaliseTables<N>(top, hardwareExponent, tables);
+}
+
+}  // namespace
+
 ResponseKernel::ResponseKernel(const ScaleTables& scales, float hardwareExponent)
     : scales_(scales), hardwareExponent_(hardwareExponent) {
   for (std::int32_t k = 2; k <= kProbabilityTop; ++k) {
@@ -48,20 +113,22 @@ float ResponseKernel::Dichotomy(ScaleNumber scale, float measure) {
 }
 
 float ResponseKernel::RatingScale(ScaleNumber scale, std::int32_t top, float measure) {
-  const float* const step = scales_.CategoryStep.Row(scale);
-  const CategoryAnchor* const anchor = scales_.CategoryAnchor.Row(scale);
-  float* const exponent = probability_.data();
-  float sum = 0;
-  for (std::int32_t k = 1; k <= top; ++k) {
-    sum += measure;
-    if (anchor[k] == CategoryAnchor::KeptUnobserved) {
-      exponent[k] = -std::numeric_limits<float>::infinity();
-    } else {
-      sum -= step[k];
-      exponent[k] = sum;
-    }
+  computedTop_ = top;
+  return RatingScalesAt<1>({scales_.CategoryStep.Row(scale), scales_.CategoryAnchor.Row(scale)}, top, hardwareExponent_,
+                           {measure}, {probability_.data()})[0];
+}
+
+ProbedScore ResponseKernel::ProbedProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
+                                                float probe) {
+  if (top > 1 && type == ModelType::RatingScale) {
+    computedTop_ = top;
+    const auto expected =
+        RatingScalesAt<2>({scales_.CategoryStep.Row(scale), scales_.CategoryAnchor.Row(scale)}, top, hardwareExponent_,
+                          {measure, measure - probe}, {probability_.data(), probed_.data()});
+    return {expected[0], expected[1]};
   }
-  return Normalise(top);
+  const float probed = CategoryProbabilities(scale, type, top, measure - probe);
+  return {CategoryProbabilities(scale, type, top, measure), probed};
 }
 
 float ResponseKernel::Binomial(ScaleNumber scale, std::int32_t top, float measure) {
@@ -94,26 +161,8 @@ float ResponseKernel::Poisson(ScaleNumber scale, std::int32_t top, float measure
 
 // The table holds the exponents of categories 1..top; turns them into probabilities and gives the expected category.
 float ResponseKernel::Normalise(std::int32_t top) {
-  float* const p = probability_.data();
-  // A loop of its own: which exponent is the highest cannot be foretold, and here it costs no branch.
-  float highest = 0;
-  for (std::int32_t k = 1; k <= top; ++k) highest = highest > p[k] ? highest : p[k];
-  const float shift = hardwareExponent_ - highest;
-  p[0] = ExponentialSingle(shift);
-  double total = static_cast<double>(p[0]);
-  for (std::int32_t k = top; k >= 1; --k) {
-    p[k] = ExponentialSingle(shift + p[k]);
-    total += static_cast<double>(p[k]);
-  }
-  const double r = 1.0 / total;
-  double expected = 0;
-  double category = top;
-  for (std::int32_t k = top; k >= 0; --k, --category) {
-    p[k] = static_cast<float>(r * static_cast<double>(p[k]));
-    expected += category * static_cast<double>(p[k]);
-  }
   computedTop_ = top;
-  return static_cast<float>(expected);
+  return NormaliseTables<1>(top, hardwareExponent_, {probability_.data()})[0];
 }
 
 const ResponseKernel::BinomialTerms& ResponseKernel::BinomialTermsOf(std::int32_t top) const {

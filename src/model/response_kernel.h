@@ -25,6 +25,12 @@ struct LogOdds {
   float AtObserved = 0;
 };
 
+/// Expected categories at a measure and at that measure less a probe.
+struct ProbedScore {
+  float Expected = 0;
+  float Probed = 0;
+};
+
 /// Category probabilities at a measure (logit, net over all facets: a higher one always means a higher category).
 /// Categories are ordinal, from 0. The work table is overwritten by each call.
 ///
@@ -42,6 +48,9 @@ class ResponseKernel {
 
   /// Fills the probabilities of categories 0..ComputedTop() and gives the expected category. `top` is at least 1.
   float CategoryProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure);
+
+  /// The same at `measure`, and the expected category at `measure` - `probe` besides.
+  ProbedScore ProbedProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure, float probe);
 
   /// Probability of category `k`, 0..kProbabilityTop; 0 above `ComputedTop()`.
   float Probability(std::int32_t k) const {
@@ -77,6 +86,7 @@ class ResponseKernel {
   const ScaleTables& scales_;
   float hardwareExponent_;
   std::array<float, kProbabilityTop + 1> probability_{};
+  std::array<float, kProbabilityTop + 1> probed_{};
   std::int32_t computedTop_ = 0;
   /// By top; made when first needed.
   mutable std::vector<BinomialTerms> binomialTerms_;
