@@ -42,13 +42,14 @@ std::array<float, N> NormaliseTables(std::int32_t top, float hardwareExponent, c
       total[n] += static_cast<double>(p);
     }
   }
+  std::array<double, N> reciprocal;
+  for (std::size_t n = 0; n < N; ++n) reciprocal[n] = 1.0 / total[n];
   std::array<double, N> expected{};
-  for (double& t : total) t = 1.0 / t;
   double category = top;
   for (std::int32_t k = top; k >= 0; --k, --category) {
     for (std::size_t n = 0; n < N; ++n) {
       float& p = tables[n][k];
-      p = static_cast<float>(total[n] * static_cast<double>(p));
+      p = static_cast<float>(reciprocal[n] * static_cast<double>(p));
       expected[n] += category * static_cast<double>(p);
     }
   }
