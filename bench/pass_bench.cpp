@@ -1,5 +1,5 @@
 // Nanoseconds per observation of a joint maximum likelihood pass, beside a plain loop of the same arithmetic over
-// arrays in memory: what the store, the index types and the accumulators cost.
+// arrays in memory: what the store, the index types and the accumulators cost. And of the other passes.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -9,85 +9,29 @@
 
 #include "data/observation_pass.h"
 #include "data/observation_store.h"
+#include "estimate/fit_pass.h"
 #include "estimate/jmle_sums.h"
+#include "estimate/point_biserial.h"
+#include "estimate/subset_connection.h"
+#include "interaction/inter_rater_agreement.h"
 #include "model/response_kernel.h"
-#include "support/work_file.h"
+#include "rating_design.h"
 
 namespace {
 
 using namespace tessaly;
 
-constexpr std::int32_t kTop = 4;
-constexpr std::int32_t kFacets = 3;
-constexpr std::array<std::int32_t, kFacets> kElements{10000, 200, 10};
+constexpr std::int32_t kTop = RatingDesign::kTop;
 constexpr float kProbe = 0.5F;
 constexpr float kShift = 80.0F;
 
-/// A small generator of our own, the same everywhere.
-class Random {
- public:
-  std::uint32_t Below(std::uint32_t limit) {
-    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-    return static_cast<std::uint32_t>(state_ >> 33) % limit;
-  }
-
- private:
-  std::uint64_t state_ = 20240229;
-};
-
-Analysis ThreeFacets() {
-  Analysis a;
-  a.Facets = DefaultFacets(kFacets);
-  std::int32_t count = 0;
-  for (std::int32_t f = 1; f <= kFacets; ++f) {
-    Facet& facet = a.Facets[{f}];
-    facet.FacetElementCount = kElements[static_cast<std::size_t>(f - 1)];
-    facet.FacetFirstElement = {count + 1};
-    count += facet.FacetElementCount;
-    facet.FacetLastElement = {count};
-    a.Fields.Columns.add({});
-    a.Fields.Positions.add({FacetNumber{f}, ColumnNumber{f}, true});
-  }
-  a.Elements.Create(count);
-  Random random;
-  for (float& measure : a.Elements.ElementMeasure) measure = static_cast<float>(random.Below(4000)) / 1000.0F - 2.0F;
-  a.Models.Statements.add({});
-  a.Models.Cells.add({});
-  Scale scale;
-  scale.ScaleTopCategory = kTop;
-  a.Scales.Scales.add(scale);
-  a.Scales.TopCategory = kTop;
-  a.Scales.CategoryStep.Create(1, kTop + 1);
-  a.Scales.CategoryAnchor.Create(1, kTop + 1);
-  a.Scales.CategoryExpected.Create(1, kTop + 1);
-  a.Scales.CategoryInformation.Create(1, kTop + 1);
-  a.Scales.CategoryOrdinal.Create(1, kTop + 1);
-  for (std::int32_t k = 0; k <= kTop; ++k) {
-    a.Scales.CategoryOrdinal({0}, k) = static_cast<std::int16_t>(k);
-    if (k > 0) a.Scales.CategoryStep({0}, k) = static_cast<float>(k) - 2.5F;
-  }
-  return a;
-}
-
-std::array<ElementIndex, kFacets> DrawnElements(std::int64_t observation, Random& random) {
-  // Data are commonly sorted by the first facet; the others come as they come.
-  const auto examinee = static_cast<std::int32_t>(observation / 100 % kElements[0]);
-  return {ElementIndex{1 + examinee},
-          ElementIndex{1 + kElements[0] +
-                       static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(kElements[1])))},
-          ElementIndex{1 + kElements[0] + kElements[1] +
-                       static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(kElements[2])))}};
+RatingDesign ThreeFacets() {
+  return {{10000, 200, 10}};
 }
 
 void JmlePass(benchmark::State& state) {
-  Analysis a = ThreeFacets();
-  ObservationWriter writer(TemporaryFolder(), ElementLayout(a.Facets, a.Fields));
-  Random random;
-  for (std::int64_t n = 0; n < state.range(0); ++n) {
-    const auto elements = DrawnElements(n, random);
-    writer.Write({{0}, 1.0F, static_cast<std::int16_t>(random.Below(kTop + 1))}, elements.data());
-  }
-  ObservationStore store = std::move(writer).Seal();
+  Analysis a = ThreeFacets().Tables();
+  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
   ResponseKernel kernel(a.Scales, kShift);
   User nobody;
   Console silence;
@@ -103,14 +47,88 @@ void JmlePass(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+void FitStatistics(benchmark::State& state) {
+  Analysis a = ThreeFacets().Tables();
+  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
+  ResponseKernel kernel(a.Scales, kShift);
+  User nobody;
+  Console silence;
+  RunControl control(nobody);
+  for (auto _ : state) {
+    FitPass fit(a, store, kernel, control, silence);
+    fit.Run();
+    fit.Finish();
+    benchmark::DoNotOptimize(a.Elements.Fit[{1}].InfitMeanSquare);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void PointBiserialCorrelations(benchmark::State& state) {
+  Analysis a = ThreeFacets().Tables();
+  a.Settings.PtBiserial = 'Y';
+  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
+  User nobody;
+  Console silence;
+  RunControl control(nobody);
+  for (auto _ : state) {
+    PointBiserial correlations(a, store, control, silence);
+    correlations.CountsForCorrelation();
+    correlations.Correlate();
+    benchmark::DoNotOptimize(a.Elements.Fit[{1}].Correlation);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void RaterAgreement(benchmark::State& state) {
+  Analysis a = ThreeFacets().Tables();
+  a.Settings.InterRaterFacets = {2};
+  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
+  ResponseKernel kernel(a.Scales, kShift);
+  User nobody;
+  Console silence;
+  RunControl control(nobody);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(InterRaterAgreement(a, store, kernel, control, silence).ExactAgreements);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+/// A whole search for subsets: the scan alone, without reading the store, of the passes until nothing changes.
+void SubsetSearch(benchmark::State& state, const RatingDesign& design) {
+  Analysis a = design.Tables();
+  User nobody;
+  Console silence;
+  RunControl control(nobody);
+  std::vector<Observation> observations;
+  std::vector<ElementIndex> elements(design.Elements.size());
+  Random random;
+  for (std::int64_t n = 0; n < state.range(0); ++n) {
+    design.Draw(n, state.range(0), random, elements.data());
+    Observation& obs = observations.emplace_back();
+    for (const ElementIndex element : elements) obs.Elements.push_back({element, 0, ElementStatus::Active, false});
+  }
+  double passes = 0;
+  for (auto _ : state) {
+    SubsetConnection subsets(a, control, silence);
+    for (passes = 0; subsets.Active(); ++passes) {
+      subsets.StartPass();
+      for (const Observation& obs : observations) subsets.ScanObservation(obs);
+      subsets.EndPass();
+    }
+  }
+  state.counters["passes"] = passes;
+  state.counters["subsets"] = a.Subsets.SubsetCount;
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 /// The same sums from arrays in memory, written down as plainly as can be.
 class PlainLoop {
  public:
-  explicit PlainLoop(const Analysis& a, std::int64_t count)
+  PlainLoop(const RatingDesign& design, const Analysis& a, std::int64_t count)
       : measure_(a.Elements.ElementMeasure.begin(), a.Elements.ElementMeasure.end()), sums_(measure_.size()) {
     Random random;
     for (std::int64_t n = 0; n < count; ++n) {
-      const auto elements = DrawnElements(n, random);
+      std::array<ElementIndex, 3> elements;
+      design.Draw(n, count, random, elements.data());
       random.Below(kTop + 1);
       data_.push_back({elements[0].value - 1, elements[1].value - 1, elements[2].value - 1, 1.0F});
     }
@@ -181,7 +199,7 @@ class PlainLoop {
 };
 
 void PlainPass(benchmark::State& state) {
-  PlainLoop loop(ThreeFacets(), state.range(0));
+  PlainLoop loop(ThreeFacets(), ThreeFacets().Tables(), state.range(0));
   for (auto _ : state) benchmark::DoNotOptimize(loop.Run());
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -189,5 +207,15 @@ void PlainPass(benchmark::State& state) {
 constexpr std::int64_t kMillion = 1000000;
 BENCHMARK(JmlePass)->Arg(kMillion)->Arg(10 * kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(PlainPass)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(FitStatistics)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(PointBiserialCorrelations)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(RaterAgreement)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(SubsetSearch, ThreeFacets, ThreeFacets())->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(SubsetSearch, ThreeFacetsInAnyOrder, RatingDesign{{10000, 200, 10}, false})
+    ->Arg(kMillion)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(SubsetSearch, SixFacetsInAnyOrder, RatingDesign{{10000, 50, 10, 5, 4, 3}, false})
+    ->Arg(kMillion)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -15,7 +15,7 @@ import unittest
 from pathlib import Path
 
 PROGRAM = os.path.abspath(sys.argv.pop(1))
-WARNING = "Warning (5)! Subset connection not verified"
+VERDICT = "Subset connection O.K."
 
 
 def specification(persons, *settings):
@@ -128,7 +128,7 @@ class Shell(unittest.TestCase):
         (sub / "labels.txt").write_text("Labels=\n1,P\n1-2\n*\n2,I\n1-2\n*\n")
         (sub / "spec.txt").write_text("Facets=2\n%.\\labels.txt\nData=data.csv\n")
         status, output, errors = self.run_program("study/spec.txt", "here.txt", "Batch=Y")
-        self.assertEqual((status, errors), (0, WARNING + "\n"))
+        self.assertEqual((status, errors), (0, VERDICT + "\n"))
         self.assertIn("Valid responses used for estimation = 4", output)
 
     def on_terminal(self, words, answers):
@@ -150,7 +150,7 @@ class Shell(unittest.TestCase):
         (self.folder / "spec.txt").write_text(specification(20))
         status, shown = self.on_terminal(["*"], b"spec.txt\nTitle=Asked Iterations=3\n")
         self.assertEqual(status, 0, shown)
-        self.assertIn("\x1b[1;31m" + WARNING + "\x1b[0m", shown)
+        self.assertIn("\x1b[1;31m" + VERDICT + "\x1b[0m", shown)
         self.assertIn(">", shown)
         self.assertIn("Title = Asked", shown)
         status, shown = self.on_terminal(["spec.txt", "Batch=Y"], b"")
@@ -160,7 +160,7 @@ class Shell(unittest.TestCase):
     def test_a_pipe_gets_neither_colour_nor_progress(self):
         (self.folder / "spec.txt").write_text(specification(20))
         _, output, errors = self.run_program("spec.txt", "Batch=Y")
-        self.assertEqual(errors, WARNING + "\n")
+        self.assertEqual(errors, VERDICT + "\n")
         self.assertNotIn("\x1b", output + errors)
         self.assertNotIn(">.", output)
 

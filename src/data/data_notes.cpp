@@ -64,7 +64,8 @@ void DataNotes::NoteReferences(const DataLine& line, const LineReferences& refer
     } else if (element == kUnspecifiedElement) {
       if (Building()) Note(ElementAt(line, references, position), line, references);
     } else if (element.value < 0) {
-      FailOnNoReference(line, facts, resolver);
+      for (const std::string& text : ReferenceTrouble(line, position, resolver)) console_.ShowWarning(text);
+      throw Halt{FailureCode::InvalidElementReference, {}};
     }
   }
 }
@@ -80,14 +81,24 @@ void DataNotes::NoteRange(const DataLine& line, const LineReferences& references
   }
 }
 
-void DataNotes::FailOnNoReference(const DataLine& line, const ActivePosition& position,
-                                  const ElementResolver& resolver) {
-  const ColumnNumber column = position.PositionColumn;
-  console_.ShowWarning("  Invalid element identifier: \"" + QuotedLine(line.Text(column.value)) +
-                       "\" at facet location in data:" + GeneralText(column.value));
-  if (!resolver.TakesLabels(position.PositionFacet))
-    console_.ShowWarning("  Is this an element label? If so, Delements=LN");
-  throw Halt{FailureCode::InvalidElementReference, {}};
+PositionNumber DataNotes::WithoutReference(const LineReferences& references) const {
+  if (references.AllKnown()) return {0};
+  for (const PositionNumber position : analysis_.Fields.Positions.all()) {
+    const ElementIndex element = references.At(position).Element;
+    const bool asked = analysis_.Fields.Positions[position].PositionInUse && position != references.RangePosition();
+    if (asked && element.value < 0 && element != kUnspecifiedElement) return position;
+  }
+  return {0};
+}
+
+std::vector<std::string> DataNotes::ReferenceTrouble(const DataLine& line, PositionNumber position,
+                                                     const ElementResolver& resolver) const {
+  const ActivePosition& facts = analysis_.Fields.Positions[position];
+  const std::int32_t column = facts.PositionColumn.value;
+  std::vector<std::string> texts = {"  Invalid element identifier: \"" + QuotedLine(line.Text(column)) +
+                                    "\" at facet location in data:" + GeneralText(column)};
+  if (!resolver.TakesLabels(facts.PositionFacet)) texts.emplace_back("  Is this an element label? If so, Delements=LN");
+  return texts;
 }
 
 void DataNotes::NoteNeeded(const DataLine& line, const LineReferences& references, PositionNumber position) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "data/data_line.h"
 #include "data/line_references.h"
@@ -33,6 +34,11 @@ class DataNotes {
   /// that is no reference at all.
   void NoteReferences(const DataLine& line, const LineReferences& references, ElementResolver& resolver,
                       std::int64_t responses);
+  /// The first position whose text is no reference at all, 0 for none.
+  PositionNumber WithoutReference(const LineReferences& references) const;
+  /// What is told of such a position ahead of the failure.
+  std::vector<std::string> ReferenceTrouble(const DataLine& line, PositionNumber position,
+                                            const ElementResolver& resolver) const;
   /// With `Labels=Nobuild`: a model needs the unspecified element in `position`. The first one of the run is shown.
   void NoteNeeded(const DataLine& line, const LineReferences& references, PositionNumber position);
   /// Shows an invalid response once: the first three as warnings, later ones in the report.
@@ -44,8 +50,6 @@ class DataNotes {
   bool Building() const { return analysis_.Settings.LabelsBuild != 'N'; }
   void NoteRange(const DataLine& line, const LineReferences& references, ElementResolver& resolver,
                  std::int64_t responses);
-  [[noreturn]] void FailOnNoReference(const DataLine& line, const ActivePosition& position,
-                                      const ElementResolver& resolver);
   UnspecifiedElement ElementAt(const DataLine& line, const LineReferences& references, PositionNumber position) const;
   void Note(const UnspecifiedElement& element, const DataLine& line, const LineReferences& references);
   void ShowFirst(const UnspecifiedElement& element, const DataLine& line, const LineReferences& references);

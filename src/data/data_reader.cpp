@@ -7,6 +7,7 @@
 #include "data/data_line.h"
 #include "data/data_notes.h"
 #include "data/element_resolver.h"
+#include "data/invalid_lines.h"
 #include "data/line_references.h"
 #include "data/query_trace.h"
 #include "data/response_reader.h"
@@ -57,6 +58,7 @@ class DataReader {
         resolver_(analysis.Facets, analysis.Fields, analysis.Elements, analysis.Settings.NullElement, host.console),
         references_(analysis.Fields, analysis.Elements, resolver_, host.console),
         notes_(analysis, host.console),
+        refusal_(analysis, host.console),
         trace_(analysis, host),
         responses_(analysis, writer, notes_, trace_) {}
 
@@ -65,7 +67,8 @@ class DataReader {
 
  private:
   bool ReadLine(std::string_view raw);
-  void ResolveReferences();
+  bool ResolveReferences();
+  void StartDataLine();
   void CheckResponseCount();
   void ReadResponses();
   void Poll();
@@ -79,6 +82,7 @@ class DataReader {
   ElementResolver resolver_;
   LineReferences references_;
   DataNotes notes_;
+  LineRefusal refusal_;
   QueryTrace trace_;
   ResponseReader responses_;
   std::int64_t fileLines_ = 0;
@@ -124,11 +128,7 @@ bool DataReader::ReadLine(std::string_view raw) {
     return true;
   }
   if (line_.EndsData()) return false;
-  if (line_.FieldCount() <= columns_) throw Halt{FailureCode::TooFewFields, {}};
-  ++counters.DataLines;
-  if (line_.Replication() == 0) trace_.Show(QueryState::NoReplication);
-  if (!firstDataShown_) console_.ShowMessage("First active data line is: " + QuotedLine(analysis_.Input.LastLine));
-  ResolveReferences();
+  if (!ResolveReferences()) return true;
   CheckResponseCount();
   if (!firstDataShown_) {
     firstDataShown_ = true;
@@ -138,10 +138,31 @@ bool DataReader::ReadLine(std::string_view raw) {
   return true;
 }
 
-void DataReader::ResolveReferences() {
+/// Finds the elements of the line; false for a line that is skipped, of which nothing is noted.
+bool DataReader::ResolveReferences() {
+  if (line_.FieldCount() <= columns_) {
+    refusal_.Refuse(FailureCode::TooFewFields);
+    return false;
+  }
+  // A line that halts the run may be the first active one; a line that is skipped is never active.
+  if (!refusal_.Skips()) StartDataLine();
   references_.Resolve(line_);
-  if (references_.AllKnown() && references_.RangePosition().value == 0) return;
-  notes_.NoteReferences(line_, references_, resolver_, line_.FieldCount() - columns_);
+  if (refusal_.Skips()) {
+    if (const PositionNumber position = notes_.WithoutReference(references_); position.value > 0) {
+      refusal_.Refuse(FailureCode::InvalidElementReference, notes_.ReferenceTrouble(line_, position, resolver_));
+      return false;
+    }
+    StartDataLine();
+  }
+  if (!references_.AllKnown() || references_.RangePosition().value != 0)
+    notes_.NoteReferences(line_, references_, resolver_, line_.FieldCount() - columns_);
+  return true;
+}
+
+void DataReader::StartDataLine() {
+  ++analysis_.Counters.DataLines;
+  if (line_.Replication() == 0) trace_.Show(QueryState::NoReplication);
+  if (!firstDataShown_) console_.ShowMessage("First active data line is: " + QuotedLine(analysis_.Input.LastLine));
 }
 
 void DataReader::CheckResponseCount() {

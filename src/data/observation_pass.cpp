@@ -1,6 +1,7 @@
 #include "data/observation_pass.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace tessaly {
 
@@ -20,11 +21,17 @@ ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analys
       console_(console),
       takeOffMeans_(means == FacetMeans::TakeOff),
       marksEvery_(std::max<std::int64_t>(store.ValidResponses() / kMarksPerPass, 1)) {
+  const ScaleTables& scales = analysis.Scales;
+  const bool prepared = scales.CategoryOrdinal.Categories() > 0;
+  if (!prepared) {
+    rawOrdinals_.resize(static_cast<std::size_t>(std::max<std::int32_t>(scales.RawCategoryLimit, 1)) + 1);
+    std::iota(rawOrdinals_.begin(), rawOrdinals_.end(), std::int16_t{0});
+  }
   for (const ModelCell& cell : models_.Cells) {
     const ModelStatement& statement = models_.Statements[cell.CellModel];
     cells_.push_back({cell.CellModel, cell.CellScale, statement.ModelType,
-                      analysis.Scales.Scales[cell.CellScale].ScaleTopCategory, statement.ModelWeight,
-                      analysis.Scales.CategoryOrdinal.Row(cell.CellScale)});
+                      scales.Scales[cell.CellScale].ScaleTopCategory, statement.ModelWeight,
+                      prepared ? scales.CategoryOrdinal.Row(cell.CellScale) : rawOrdinals_.data()});
     anyNegative_ = anyNegative_ || statement.HasNegative();
   }
   for (const ActivePosition& position : analysis.Fields.Positions) {

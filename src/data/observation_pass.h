@@ -140,6 +140,8 @@ class ObservationPass {
   Console& console_;
   std::vector<CellFacts> cells_;
   std::vector<PositionFacts> positions_;
+  /// Ordinals as long as scales have none of their own: raw categories count as they are.
+  std::vector<std::int16_t> rawOrdinals_;
   std::vector<ElementIndex> elementsAtHand_;
   bool takeOffMeans_;
   bool anyNegative_ = false;

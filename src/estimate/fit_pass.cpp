@@ -27,8 +27,12 @@ void FitPass::Run() {
   PrepareFacets();
   CountParameters();
   sums_.assign(analysis_.Elements.ElementCount(), {});
+  correlations_.assign(analysis_.Elements.ElementCount(), {});
+  if (!analysis_.Settings.Esubtotals.empty())
+    crossReference_.emplace(analysis_.Elements.ElementCount(), analysis_.FacetCount(), analysis_.Fields);
   const FacetMeans means = analysis_.Settings.FairOption == 'M' ? FacetMeans::TakeOff : FacetMeans::Leave;
   for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_, means)) {
+    if (crossReference_) crossReference_->Add(obs);
     data_.ResponsesByStatus[DataFit::Row(obs.Status)].Add(obs.ObsResponse);
     if (TakesPart(obs.Status)) Add(obs);
   }
@@ -116,7 +120,10 @@ void FitPass::Add(const Observation& obs) {
   const LogOdds odds =
       kernel_.LogOddsMoments(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum, obs.ObsOrdinal);
   for (std::size_t at = obs.Elements.size(); at-- > 0;) {
-    if (obs.Elements[at].Collects(obs.Status)) AddToElement(obs, obs.Elements[at], fit, odds);
+    const ObservedElement& own = obs.Elements[at];
+    if (own.CurrentElement == kNoElement) continue;
+    correlations_[own.CurrentElement].Add(obs, fit.Moments);
+    if (own.Collects(obs.Status)) AddToElement(obs, own, fit, odds);
   }
 }
 
@@ -148,8 +155,11 @@ void FitPass::FinishElement(ElementIndex element) {
   const ElementRecord& record = analysis_.Elements.ElementStats[element];
   const FitSums& sums = sums_[element];
   ElementFit& fit = analysis_.Elements.Fit[element];
+  const float pointBiserial = fit.Correlation;
   fit = {};
   fit.FairScoreSum = sums.FairScoreSum;
+  const bool measureCorrelation = settings.PtBiserial == 'M' || settings.PtBiserial == 'N';
+  if (!measureCorrelation) fit.Correlation = pointBiserial;
   float real = sums.Information;
   if (Measurable(analysis_.Elements.ElementStatus[element]) && std::fabs(record.PossibleScore) > 0) {
     fit.Displacement = static_cast<float>((record.ObservedScore - static_cast<double>(sums.Expected)) /
@@ -158,6 +168,8 @@ void FitPass::FinishElement(ElementIndex element) {
       fit.Discrimination = std::clamp(
           (sums.LogOddsObserved - sums.LogOddsMean) / std::max(sums.LogOddsVariance, kLeastLogOddsVariance) + 1.0F,
           -kLargestDiscrimination, kLargestDiscrimination);
+    if (measureCorrelation) fit.Correlation = correlations_[element].PointMeasure();
+    fit.ExpectedCorrelation = correlations_[element].ExpectedPointMeasure();
     const FitStatistic infit = Standardize(sums.Information, sums.ResidualVariance, sums.ResidualSquares,
                                            settings.Whexact, settings.SmallestNumber);
     fit.InfitMeanSquare = infit.MeanSquare;

@@ -1,8 +1,12 @@
 // The pass over the observations after the estimates have settled: how well the data fit.
 #pragma once
 
+#include <optional>
+
 #include "data/observation_store.h"
+#include "estimate/cross_reference.h"
 #include "estimate/data_fit.h"
+#include "estimate/measure_correlation.h"
 #include "estimate/observation_fit.h"
 #include "model/response_kernel.h"
 #include "state/analysis.h"
@@ -38,10 +42,13 @@ class FitPass {
   FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control, Console& console);
 
   void Run();
-  /// Mean-squares, standardized values, discriminations, displacements (logit) and standard errors (logit) of all
-  /// elements into `analysis.Elements.Fit`. Call once, after `Run`.
+  /// Mean-squares, standardized values, discriminations, displacements (logit), standard errors (logit) and
+  /// correlations with measures of all elements into `analysis.Elements.Fit`; point-biserial correlations stay there.
+  /// Call once, after `Run`.
   void Finish();
   const tessaly::DataFit& Data() const { return data_; }
+  /// What `Esubtotals=` asks for; nothing without it.
+  const std::optional<ElementCrossReference>& CrossReference() const { return crossReference_; }
 
  private:
   void PrepareScaleTables();
@@ -57,7 +64,9 @@ class FitPass {
   RunControl& control_;
   Console& console_;
   Table<ElementIndex, FitSums> sums_;
+  Table<ElementIndex, CorrelationSums> correlations_;
   tessaly::DataFit data_;
+  std::optional<ElementCrossReference> crossReference_;
 };
 
 }  // namespace tessaly

@@ -46,7 +46,13 @@ std::string Described(const DroppedElement& dropped, const ElementTable& element
 
 JointEstimation::JointEstimation(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel,
                                  RunControl& control, Console& console, IterationListener& listener)
-    : analysis_(analysis), store_(store), kernel_(kernel), control_(control), console_(console), listener_(listener) {}
+    : analysis_(analysis),
+      store_(store),
+      kernel_(kernel),
+      control_(control),
+      console_(console),
+      listener_(listener),
+      subsets_(analysis, control, console) {}
 
 void JointEstimation::Run() {
   control_.Iteration = 0;
@@ -87,6 +93,7 @@ void JointEstimation::Iterate(std::int32_t priority, std::int32_t priorityChange
   summary_.Iteration = control_.Iteration;
   summary_.Phase = control_.Phase;
   listener_.IterationStarted(control_.Iteration);
+  subsets_.StartPass();
   ClearCategories();
   if (control_.Phase < Phase::Jmle) {
     RecountOrProxPass();
@@ -107,6 +114,7 @@ void JointEstimation::Iterate(std::int32_t priority, std::int32_t priorityChange
   summary_.Recount = recount_;
   listener_.Iterated(summary_, largest_);
   if (!dataSeen_) NothingLeft();
+  subsets_.EndPass();
   firstPass_ = false;
   curveProbe_ = std::max(std::fabs(summary_.MaxLogitChange), kSmallestProbe);
 }
@@ -177,6 +185,7 @@ void JointEstimation::RecountOrProxPass() {
   ProxSums prox(sums_);
   for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_)) {
     if (!TakesPart(obs.Status)) continue;
+    if (subsets_.Active()) subsets_.ScanObservation(obs);
     if (recount_) totals.Add(obs);
     prox.Add(obs);
   }
@@ -187,7 +196,9 @@ void JointEstimation::RecountOrProxPass() {
 void JointEstimation::JmlePass() {
   JmleSums sums(newtonStepNow_ == 0 ? curveProbe_ : 0.0F, kernel_, sums_, analysis_.Scales);
   for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_)) {
-    if (TakesPart(obs.Status)) sums.Add(obs);
+    if (!TakesPart(obs.Status)) continue;
+    if (subsets_.Active()) subsets_.ScanObservation(obs);
+    sums.Add(obs);
   }
 }
 
@@ -238,7 +249,7 @@ void JointEstimation::NothingLeft() const {
 }
 
 bool JointEstimation::GoOn() {
-  if (recount_ || control_.Phase < Phase::Jmle) return true;
+  if (recount_ || subsets_.Changed() || control_.Phase < Phase::Jmle) return true;
   const bool more = CriteriaAskForMore();
   const std::int32_t limit = analysis_.Settings.IterationsLimit;
   if (limit <= 0 || control_.Iteration < limit) return more;

@@ -7,6 +7,7 @@
 #include "data/observation_store.h"
 #include "estimate/element_step.h"
 #include "estimate/iteration_summary.h"
+#include "estimate/subset_connection.h"
 #include "estimate/update_facet.h"
 #include "model/response_kernel.h"
 #include "state/analysis.h"
@@ -57,6 +58,7 @@ class JointEstimation {
   IterationSummary summary_;
   LargestResiduals largest_;
   UpdateTrace trace_;
+  SubsetConnection subsets_;
   bool recount_ = true;
   bool firstPass_ = true;
   bool dataSeen_ = false;

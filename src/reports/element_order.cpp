@@ -58,6 +58,8 @@ class ElementKeys {
         return MeasureClass(element, sign > 0) + FloatKey(sign * elements_.ElementMeasure[element]);
       case 'F':
         return FitKey(element, sign * Further(AroundZero(fit.InfitMeanSquare), AroundZero(fit.OutfitMeanSquare)));
+      case 'P':
+        return FloatKey(sign * fit.Correlation);
       case 'Z':
       case 'T':
         return FitKey(element, sign * Further(fit.InfitZStd, fit.OutfitZStd));
@@ -104,11 +106,12 @@ class ElementKeys {
 }  // namespace
 
 std::vector<ElementIndex> SortElements(const Facet& facet, const ElementTable& elements, std::string_view letters,
-                                       bool omitUnobserved) {
+                                       bool omitUnobserved, std::int32_t group) {
   const ElementKeys maker(facet, elements, letters);
   std::vector<std::string> keys;
   for (const ElementIndex element : facet.Elements()) {
     if (elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
+    if (group > 0 && std::abs(elements.ElementGroup[element]) != group) continue;
     if (omitUnobserved && elements.ElementStats[element].AllCount == 0) continue;
     keys.push_back(maker.Key(element));
   }

@@ -8,6 +8,10 @@
 
 namespace tessaly {
 
+/// Columns of a measure, and of a standard error, correlation or percentage, in a row.
+constexpr int kMeasureWidth = 6;
+constexpr int kErrorWidth = 5;
+
 /// Correlation columns of a measurement table.
 enum class CorrelationColumns { None, PointBiserial, PointBiserialIncluding, PointMeasure };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "reports/esubtotals_table.h"
 #include "reports/table_frame.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
@@ -117,6 +118,7 @@ class SpecificationLines {
     const bool byNumber = settings_.DelementsOption.empty() || settings_.DelementsOption == "N";
     Line("Delements = " + (byNumber ? "N  ; element identifiers are element numbers" : settings_.DelementsOption));
     Dvalues();
+    for (const std::string& line : EsubtotalsBlock(settings_.Esubtotals)) Line(line);
     Origins();
     Line("Positive = " + FacetList(analysis_.Facets, [](const Facet& f) { return f.FacetPositive; }));
     Labels();

@@ -30,6 +30,7 @@ class DataSummary {
     if (analysis_.Models.UnmatchedResponses > 0)
       Line(GeneralText(analysis_.Models.UnmatchedResponses) + " Responses not matched to any model =");
     Count("              Number of blank lines =", counters_.BlankLines);
+    Count("Data lines skipped as invalid =", counters_.SkippedLines);
     if (counters_.MissingCodeCount > 0)
       Line("Number of missing-code observations =" + GeneralText(counters_.MissingCodeCount) + " (" +
            Joined(analysis_.Settings.MissingCodes, ",") + ")");

@@ -129,7 +129,8 @@ void IterationTable::WriteLargest(const LargestResiduals& largest) {
 std::string IterationTable::ResidualLabel(const ResidualDetail& detail) const {
   switch (detail.What) {
     case ResidualDetail::Kind::Element:
-      return CutOrPad(analysis_.Facets[detail.Facet].FacetLabel, 10) + analysis_.Elements.ElementLabel[detail.Element];
+      return PadToWidth(analysis_.Facets[detail.Facet].FacetLabel, 10, analysis_.Settings.Encoding) +
+             analysis_.Elements.ElementLabel[detail.Element];
     case ResidualDetail::Kind::BinomialDiscrimination:
       return "Bin Disc:";
     case ResidualDetail::Kind::PoissonDiscrimination:

@@ -1,15 +1,16 @@
 #include "reports/table7_measurements.h"
 
 #include <algorithm>
-#include <cmath>
-#include <optional>
-#include <utility>
+#include <cstdlib>
 #include <vector>
 
-#include "reports/edit_word.h"
+#include "reports/arrangement.h"
 #include "reports/element_cell.h"
 #include "reports/element_order.h"
 #include "reports/measurement_layout.h"
+#include "reports/measurement_row.h"
+#include "reports/summary_rows.h"
+#include "reports/table_footer.h"
 #include "reports/table_frame.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
@@ -18,229 +19,183 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kMeasureWidth = 6;
-constexpr int kErrorWidth = 5;
-constexpr float kNotableShare = 0.25F;
-
-/// An item of `Arrange=`: a facet number, if it is for one facet only, and letters.
-struct Arrangement {
-  std::optional<std::int32_t> Facet;
-  std::string Text;
-  std::string Letters;
-};
-
-std::vector<Arrangement> Arrangements(const std::string& arrange) {
-  std::vector<Arrangement> items;
-  for (const std::string_view text : SplitAt(arrange, ',')) {
-    const std::size_t letters = std::min(text.find_first_not_of("0123456789"), text.size());
-    const std::string_view digits = text.substr(0, letters);
-    Arrangement item{{}, std::string(text), std::string(text.substr(letters))};
-    if (!digits.empty()) item.Facet = ParseInt(digits, kHighestElementNumber).Value;
-    items.push_back(std::move(item));
-  }
-  return items;
-}
-
-/// One line of the table, ready to be filled in.
-struct MeasureRow {
-  ElementStatus Status = ElementStatus::Active;
-  char StatusMark = box::kVertical;
-  bool Active = true;
-  double Score = 0;
-  double Count = 0;
-  double Average = 0;
-  float FairAverage = 0;
-  std::string Measure;
-  std::string StandardError;
-  ElementFit Fit;
-  std::string Displacement;
-  std::string Group;
-  std::string Weight;
-  std::string Label;
-};
-
-/// Mean-squares print in a field of their own; standardized values are cut, not rounded, to one decimal.
-float CutToOneDecimal(float value) {
-  return std::trunc(value * 10) / 10;
-}
+/// Under more rows than this the column headings are repeated above the means.
+constexpr std::int32_t kRowsInView = 15;
+constexpr char kNoGroupTables = 'N';
+/// Columns of a rule in front of the words of a group line.
+constexpr std::size_t kGroupLineMargin = 2;
 
 /// Writes the tables of one facet.
 class FacetTables {
  public:
   FacetTables(FacetNumber number, const Analysis& analysis, ReportWriter& report, Console& console)
       : number_(number),
+        analysis_(analysis),
         facet_(analysis.Facets[number]),
-        elements_(analysis.Elements),
         settings_(analysis.Settings),
-        prioritiesUsed_(PrioritiesUsed(analysis.Facets)),
         report_(report),
         console_(console),
-        columns_(Columns()) {}
+        rows_(number, analysis),
+        layout_(BuildMeasurementLayout(rows_.Columns(), FacetHead(facet_, settings_.Encoding), settings_.Encoding)) {
+    FindGroups();
+  }
 
   void Write(const std::vector<Arrangement>& arrangements) {
-    const std::int32_t reported = ReportedElements();
-    if (reported == 0) return;
-    std::int32_t subTable = 0;
-    for (const Arrangement& arrangement : arrangements) {
-      if (arrangement.Facet.value_or(number_.value) != number_.value) continue;
-      WriteTable(arrangement, ++subTable, reported);
-      if (reported == 1) break;
+    std::vector<std::int32_t> reportedGroups;
+    for (const std::int32_t group : groups_) {
+      const std::int32_t reported = ReportedElements(group);
+      if (reported == 0) continue;
+      reportedGroups.push_back(group);
+      WriteArrangements(arrangements, group, reported);
     }
+    if (std::count_if(reportedGroups.begin(), reportedGroups.end(), [](std::int32_t g) { return g > 0; }) > 1)
+      WriteGroupSummary(reportedGroups);
   }
 
  private:
-  static bool PrioritiesUsed(const FacetTable& facets) {
-    return std::any_of(facets.begin(), facets.end(), [](const Facet& f) { return f.FacetPriority != 1; });
+  /// The groups that get tables of their own; 0 is the whole facet.
+  void FindGroups() {
+    std::int32_t lowest = 0;
+    bool any = false;
+    for (const ElementIndex element : facet_.Elements()) {
+      if (analysis_.Elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
+      const std::int32_t group = std::abs(analysis_.Elements.ElementGroup[element]);
+      lowest = any ? std::min(lowest, group) : group;
+      highestGroup_ = std::max(highestGroup_, group);
+      any = true;
+    }
+    if (!any) return;
+    groupsDiffer_ = lowest != highestGroup_;
+    if (!groupsDiffer_ || facet_.HasFlag(kNoGroupTables)) {
+      groups_ = {groupsDiffer_ ? 0 : lowest};
+      return;
+    }
+    for (std::int32_t group = lowest; group <= highestGroup_; ++group) groups_.push_back(group);
   }
 
-  std::int32_t ReportedElements() const {
+  bool InGroup(ElementIndex element, std::int32_t group) const {
+    return group == 0 || std::abs(analysis_.Elements.ElementGroup[element]) == group;
+  }
+
+  std::int32_t ReportedElements(std::int32_t group) const {
     std::int32_t count = 0;
     for (const ElementIndex element : facet_.Elements()) {
-      if (elements_.ElementStatus[element] != ElementStatus::Unobserved && elements_.ElementStats[element].AllCount > 0)
+      if (analysis_.Elements.ElementStatus[element] != ElementStatus::Unobserved &&
+          analysis_.Elements.ElementStats[element].AllCount > 0 && InGroup(element, group))
         ++count;
     }
     return count;
   }
 
-  std::string Heading(const Arrangement& arrangement, std::int32_t subTable, std::int32_t reported) const {
-    std::string heading = "Table 7." + BareText(number_.value) + "." + BareText(subTable) + "  " + facet_.FacetLabel +
-                          " Measurement Report";
-    if (reported > 1) heading += "  (arranged by " + arrangement.Text + ")";
-    if (prioritiesUsed_) heading += ". Estimation priority:" + GeneralText(facet_.FacetPriority);
+  void WriteArrangements(const std::vector<Arrangement>& arrangements, std::int32_t group, std::int32_t reported) {
+    std::int32_t subTable = 0;
+    for (const Arrangement& arrangement : arrangements) {
+      if (!arrangement.AppliesTo(number_)) continue;
+      WriteTable(arrangement, ++subTable, group, reported);
+      if (reported == 1) break;
+    }
+  }
+
+  std::string GroupLabel(std::int32_t group) const {
+    const auto found = analysis_.GroupLabels.find({number_.value, group});
+    return found == analysis_.GroupLabels.end() ? std::string() : " [" + found->second + "]";
+  }
+
+  std::string Heading(const std::string& arranged, std::int32_t subTable, std::int32_t group) const {
+    std::string heading = "Table 7." + BareText(number_.value) + "." + BareText(subTable);
+    if (groupsDiffer_ && group > 0) heading += "." + BareText(group) + GroupLabel(group);
+    heading += "  " + facet_.FacetLabel + " Measurement Report";
+    if (!arranged.empty()) heading += "  (arranged by " + arranged + ")";
+    if (PrioritiesUsed()) heading += ". Estimation priority:" + GeneralText(facet_.FacetPriority);
     return heading;
   }
 
-  void WriteTable(const Arrangement& arrangement, std::int32_t subTable, std::int32_t reported) {
+  bool PrioritiesUsed() const {
+    return std::any_of(analysis_.Facets.begin(), analysis_.Facets.end(),
+                       [](const Facet& facet) { return facet.FacetPriority != 1; });
+  }
+
+  void WriteTable(const Arrangement& arrangement, std::int32_t subTable, std::int32_t group, std::int32_t reported) {
     TableFrame frame(report_, settings_, console_);
-    frame.StartTable(Heading(arrangement, subTable, reported));
-    const MeasurementLayout layout =
-        BuildMeasurementLayout(columns_, FacetHead(facet_, settings_.Encoding), settings_.Encoding);
-    frame.BeginColumns(layout.HeadLines, layout.RuleTemplate);
-    for (const ElementIndex element : SortElements(facet_, elements_, arrangement.Letters, settings_.OmitUnobserved)) {
+    const std::string heading = Heading(reported > 1 ? arrangement.Text : "", subTable, group);
+    if (group == 0) {
+      frame.StartTable(heading);
+    } else {
+      frame.WriteTableTitle(heading);
+    }
+    frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
+    if (groupsDiffer_ && group > 0) report_.WriteTableLine(GroupLine(group));
+    const std::vector<ElementIndex> order =
+        SortElements(facet_, analysis_.Elements, arrangement.Letters, settings_.OmitUnobserved, group);
+    RowSummaries summaries;
+    for (const ElementIndex element : order) {
       frame.RepeatColumns();
-      frame.WriteRow(FilledRow(RowOf(element), layout));
+      frame.WriteRow(rows_.Line(element, layout_));
+      rows_.Summarize(element, summaries);
+    }
+    if (!order.empty()) {
+      frame.WriteRule(RuleKind::Middle);
+      if (settings_.JuxtaposeLines == 0 && frame.LinesSinceHeading() > kRowsInView) frame.RepeatHeadingLines();
+      WriteSummaryRows(summaries, group, frame);
+    }
+    WriteFooter(summaries, group, frame);
+    frame.CloseTable();
+  }
+
+  /// A line of the table that names its group.
+  std::string GroupLine(std::int32_t group) const {
+    std::string blanks = layout_.RuleTemplate;
+    std::replace(blanks.begin(), blanks.end(), '-', ' ');
+    const std::string line = BoxLine(blanks, RuleKind::Middle);
+    const std::string words = "Group" + GeneralText(group) + GroupLabel(group);
+    const std::size_t room = line.size() - 2 * kGroupLineMargin;
+    const auto width = std::min(static_cast<std::size_t>(DisplayLength(words, settings_.Encoding)), room);
+    return line.substr(0, kGroupLineMargin) + PadToWidth(words, static_cast<int>(width), settings_.Encoding) +
+           line.substr(kGroupLineMargin + width);
+  }
+
+  void WriteSummaryRows(const RowSummaries& summaries, std::int32_t group, TableFrame& frame) const {
+    for (const std::string& line :
+         SummaryRows(summaries, layout_, rows_.Columns(), settings_, group, GroupLabel(group)))
+      frame.WriteRow(line);
+  }
+
+  void WriteFooter(const RowSummaries& summaries, std::int32_t group, TableFrame& frame) const {
+    const bool ofRaters = analysis_.Agreement.Facet == number_;
+    const std::vector<std::string> separation = SeparationLines(summaries, settings_, ofRaters);
+    if (!separation.empty()) frame.WriteRule(RuleKind::Bottom);
+    for (const std::string& line : separation) report_.WriteTableLine(line);
+    for (const std::string& line : ChiSquareLines(summaries, settings_)) report_.WriteTableLine(line);
+    const bool whole = group == 0 || !groupsDiffer_;
+    if (ofRaters && whole && summaries.Wide.Count() > 1) report_.WriteTableLine(AgreementLine(analysis_.Agreement));
+  }
+
+  /// Means of all groups, one above the other.
+  void WriteGroupSummary(const std::vector<std::int32_t>& groups) const {
+    TableFrame frame(report_, settings_, console_);
+    frame.WriteTableTitle(Heading("N", 1, highestGroup_ + 1));
+    frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
+    for (const std::int32_t group : groups) {
+      RowSummaries summaries;
+      for (const ElementIndex element : SortElements(facet_, analysis_.Elements, "N", settings_.OmitUnobserved, group))
+        rows_.Summarize(element, summaries);
+      if (group != groups.front()) frame.WriteRule(RuleKind::Middle);
+      WriteSummaryRows(summaries, group, frame);
     }
     frame.CloseTable();
   }
 
-  MeasurementColumns Columns() const {
-    MeasurementColumns columns;
-    columns.TotalScore = settings_.TotalScore;
-    columns.FairMean = settings_.FairOption == 'M';
-    columns.Positive = facet_.FacetPositive;
-    columns.RealSE = settings_.RealSE;
-    columns.LeftHand = settings_.LeftHand;
-    for (const ElementIndex element : facet_.Elements()) {
-      if (elements_.ElementStatus[element] == ElementStatus::Unobserved) continue;
-      if (elements_.ElementStats[element].ElementWeight != 1) columns.Weight = true;
-      if (DisplacementIsNotable(element)) columns.Displacement = true;
-    }
-    return columns;
-  }
-
-  std::string DisplacementText(float displacement) const {
-    const float orientation = facet_.FacetPositive ? 1.0F : -1.0F;
-    return FormatSingle(settings_.Uscale * displacement * orientation, kMeasureWidth, settings_.Udecimals);
-  }
-
-  bool DisplacementIsNotable(ElementIndex element) const {
-    const ElementFit& fit = elements_.Fit[element];
-    if (!Measurable(elements_.ElementStatus[element]) || elements_.ElementStats[element].ObservedCount == 0)
-      return false;
-    if (std::fabs(fit.Displacement) <= std::fabs(fit.StandardError * kNotableShare)) return false;
-    return DisplacementText(fit.Displacement) != DisplacementText(0);
-  }
-
-  char StatusMark(ElementIndex element) const {
-    const ElementStatus status = elements_.ElementStatus[element];
-    if (elements_.ElementGroup[element] > 0) {
-      if (status == ElementStatus::Anchored) return facet_.FacetType();
-      const bool extreme = status == ElementStatus::Minimum || status == ElementStatus::Maximum;
-      if (facet_.FacetType() == 'G' && extreme) return 'G';
-    } else if (status == ElementStatus::Anchored) {
-      return 'A';
-    }
-    return box::kVertical;
-  }
-
-  MeasureRow RowOf(ElementIndex element) const {
-    const ElementRecord& record = elements_.ElementStats[element];
-    const auto perCount = [](double sum, float count) { return sum / (count == 0 ? 1.0 : static_cast<double>(count)); };
-    MeasureRow row;
-    row.Status = elements_.ElementStatus[element];
-    row.StatusMark = StatusMark(element);
-    row.Active = Measurable(row.Status) && record.ObservedCount != 0;
-    const float score = settings_.TotalScore ? record.AllScore : record.RawScore;
-    const float count = settings_.TotalScore ? record.AllCount : record.ObservedCount;
-    row.Score = static_cast<double>(score);
-    row.Count = static_cast<double>(count);
-    row.Average = perCount(row.Score, count);
-    row.Fit = elements_.Fit[element];
-    row.FairAverage = static_cast<float>(perCount(static_cast<double>(row.Fit.FairScoreSum), record.ObservedCount));
-    row.Measure =
-        FormatSingle(settings_.UserMeasure(elements_.ElementMeasure[element]), kMeasureWidth, settings_.Udecimals);
-    row.StandardError = FormatSingle(settings_.Uscale * row.Fit.StandardError, kErrorWidth, settings_.Udecimals);
-    row.Displacement = DisplacementText(row.Fit.Displacement);
-    row.Weight = FormatSingle(record.ElementWeight, kMeasureWidth, 2);
-    row.Label = ElementCell(facet_, element, elements_, 0, settings_.Encoding);
-    return row;
-  }
-
-  std::string FilledRow(const MeasureRow& row, const MeasurementLayout& layout) const {
-    if (row.Active) return FilledNormalRow(row, layout);
-    if (row.Status == ElementStatus::Minimum || row.Status == ElementStatus::Maximum ||
-        row.Status == ElementStatus::OneDatum)
-      return FilledExtremeRow(row, layout);
-    return FilledNonActiveRow(row, layout);
-  }
-
-  /// The fields up to the average, with the label in front if it stands on the left.
-  EditWord StartedRow(const MeasureRow& row, const std::string& rowFmt) const {
-    EditWord word(rowFmt, settings_.Encoding);
-    word.EditText(settings_.LeftHand ? row.Label : "");
-    word.EditScore(row.Score).EditScore(row.Count).EditDouble(row.Average);
-    return word;
-  }
-
-  /// Correlation, agreement, group, weight, label on the right, subsets.
-  std::string FinishedRow(EditWord& word, const MeasureRow& row) const {
-    word.EditText("").EditText("").EditText("").EditText("").EditText(columns_.Weight ? row.Weight : "");
-    return word.EditText(settings_.LeftHand ? "" : row.Label).EditText("").Line();
-  }
-
-  std::string FilledNormalRow(const MeasureRow& row, const MeasurementLayout& layout) const {
-    EditWord word = StartedRow(row, layout.RowFmtNormal);
-    word.EditSingle(row.FairAverage).EditText(std::string(1, row.StatusMark));
-    word.EditText(row.Measure).EditText(row.StandardError);
-    word.EditSingle(row.Fit.InfitMeanSquare).EditSingle(CutToOneDecimal(row.Fit.InfitZStd));
-    word.EditSingle(row.Fit.OutfitMeanSquare).EditSingle(CutToOneDecimal(row.Fit.OutfitZStd));
-    word.EditText(FormatSingle(row.Fit.Discrimination, kMeasureWidth - 1, 2));
-    word.EditText(columns_.Displacement ? row.Displacement : "");
-    return FinishedRow(word, row);
-  }
-
-  std::string FilledExtremeRow(const MeasureRow& row, const MeasurementLayout& layout) const {
-    EditWord word = StartedRow(row, layout.RowFmtExtreme);
-    word.EditSingle(row.FairAverage).EditText(std::string(1, row.StatusMark));
-    word.EditText(row.Measure).EditText(row.StandardError).EditText(StatusWord(row.Status));
-    return FinishedRow(word, row);
-  }
-
-  std::string FilledNonActiveRow(const MeasureRow& row, const MeasurementLayout& layout) const {
-    EditWord word = StartedRow(row, layout.RowFmtNonActive);
-    word.EditText(std::string(1, row.StatusMark));
-    word.EditText(row.Status == ElementStatus::Anchored ? row.Measure : "").EditText(StatusWord(row.Status));
-    return FinishedRow(word, row);
-  }
-
   FacetNumber number_;
+  const Analysis& analysis_;
   const Facet& facet_;
-  const ElementTable& elements_;
   const Settings& settings_;
-  bool prioritiesUsed_;
   ReportWriter& report_;
   Console& console_;
-  MeasurementColumns columns_;
+  MeasurementRows rows_;
+  MeasurementLayout layout_;
+  std::vector<std::int32_t> groups_;
+  std::int32_t highestGroup_ = 0;
+  bool groupsDiffer_ = false;
 };
 
 }  // namespace

@@ -30,11 +30,11 @@ void TableFrame::WriteTableTitle(std::string_view heading) {
 void TableFrame::BeginColumns(std::vector<std::string> headLines, std::string ruleTemplate) {
   headLines_ = std::move(headLines);
   ruleTemplate_ = std::move(ruleTemplate);
-  WriteColumnHeadings();
+  WriteRule(RuleKind::Top);
+  RepeatHeadingLines();
 }
 
-void TableFrame::WriteColumnHeadings() {
-  WriteRule(RuleKind::Top);
+void TableFrame::RepeatHeadingLines() {
   for (const std::string& line : headLines_) {
     if (!TrimBlanks(line).empty()) report_.WriteTableLine(line);
   }
@@ -45,7 +45,8 @@ void TableFrame::WriteColumnHeadings() {
 void TableFrame::RepeatColumns() {
   if (settings_.JuxtaposeLines == 0 || linesSinceHeading_ < settings_.JuxtaposeLines) return;
   report_.WriteTableLine("");
-  WriteColumnHeadings();
+  WriteRule(RuleKind::Top);
+  RepeatHeadingLines();
 }
 
 void TableFrame::WriteRow(std::string_view line) {

@@ -26,6 +26,10 @@ class TableFrame {
   void BeginColumns(std::vector<std::string> headLines, std::string ruleTemplate);
   /// Repeats the column headings where `Juxtapose=` asks for it: call before each row.
   void RepeatColumns();
+  /// Column headings once more inside the table, with a rule below them.
+  void RepeatHeadingLines();
+  /// Rows since the column headings.
+  std::int32_t LinesSinceHeading() const { return linesSinceHeading_; }
   /// A row of the table.
   void WriteRow(std::string_view line);
   void WriteRule(RuleKind kind);
@@ -33,8 +37,6 @@ class TableFrame {
   void CloseTable();
 
  private:
-  void WriteColumnHeadings();
-
   ReportWriter& report_;
   const Settings& settings_;
   Console& console_;

@@ -13,8 +13,12 @@
 #include "data/observation_store.h"
 #include "estimate/fit_pass.h"
 #include "estimate/joint_estimation.h"
+#include "estimate/point_biserial.h"
 #include "estimate/scale_order.h"
+#include "interaction/inter_rater_agreement.h"
 #include "model/response_kernel.h"
+#include "reports/esubtotals_table.h"
+#include "reports/facet_barcharts.h"
 #include "reports/report_console.h"
 #include "reports/report_writer.h"
 #include "reports/table1_specification.h"
@@ -70,6 +74,8 @@ class AnalysisRun {
       OpenReport();
       StartReport();
       ReadObservations();
+      if (control_.FastForward) return Halted();
+      CorrelatePointBiserially();
       if (control_.FastForward) return Halted();
       Estimate();
       WriteTables();
@@ -161,6 +167,10 @@ class AnalysisRun {
     inData_ = true;
     ReadData(analysis_, analysis_.Settings.InlineData ? &*input_ : nullptr, folder_, writer, control_, host_);
     store_.emplace(std::move(writer).Seal());
+    if (analysis_.Settings.PtBiserial == 'Y' || analysis_.Settings.PtBiserial == 'I') {
+      pointBiserial_.emplace(analysis_, *store_, control_, console_);
+      pointBiserial_->CountsForCorrelation();
+    }
     analysis_.Input = {};
     WriteDataSummary(analysis_, report_, console_);
     if (store_->ValidResponses() == 0) throw Halt{FailureCode::NoUsableData, {}};
@@ -169,6 +179,12 @@ class AnalysisRun {
 
   void SetNumberWidths() {
     for (Facet& facet : analysis_.Facets) facet.FacetNumberWidth = DisplayLength(BareText(facet.FacetHighestNumber));
+  }
+
+  void CorrelatePointBiserially() {
+    if (!pointBiserial_) return;
+    pointBiserial_->Correlate();
+    pointBiserial_.reset();
   }
 
   void Estimate() {
@@ -182,16 +198,38 @@ class AnalysisRun {
     FitPass fit(analysis_, *store_, *kernel_, control_, console_);
     fit.Run();
     OrderScales(analysis_.Fields, analysis_.Elements, analysis_.Models, analysis_.Scales);
+    CompareRaters();
+    if (fit.CrossReference()) {
+      report_.EndTables();
+      WriteEsubtotals(*fit.CrossReference(), analysis_, report_);
+    }
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
+  }
+
+  void CompareRaters() {
+    analysis_.Agreement = InterRaterAgreement(analysis_, *store_, *kernel_, control_, console_);
+    if (!control_.FastForward) return;
+    control_.FastForward = false;
+    console_.ShowMessage("*");
   }
 
   void WriteTables() {
     if (analysis_.Settings.TablesOption == "N") return;
     location_ = "Specification";
+    report_.SelectTable(6);
+    if (report_.Wants(6)) WriteTable6();
     report_.SelectTable(7);
     if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
       MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+  }
+
+  void WriteTable6() {
+    const SubsetTable& subsets = analysis_.Subsets;
+    if (subsets.Disjoint())
+      report_.WriteTableLine("There are" + GeneralText(subsets.SubsetCount) +
+                             " disconnected subsets identified in Table 7.");
+    FacetSummaries(analysis_, report_, console_);
   }
 
   std::string Location() const { return inData_ ? "Data line in " + analysis_.CurrentDataFile : location_; }
@@ -201,11 +239,8 @@ class AnalysisRun {
     report_.EndTables();
     const InputLine line = std::exchange(analysis_.Input, {});
     console_.ShowMessage("");
-    if (const std::string detail = FailureDetail(halt); !detail.empty()) console_.ShowWarning(detail);
-    const std::string location = Location();
-    const bool located = !location.empty() && !line.LastLine.empty();
-    if (located) console_.ShowWarning(location + " is: " + QuotedLine(line.LastLine));
-    console_.ShowWarning(FailureLine(halt, analysis_.Limits(), location.empty() ? 0 : line.LineNumber));
+    for (const std::string& text : FailureReport(halt, analysis_.Limits(), Location(), line.LineNumber, line.LastLine))
+      console_.ShowWarning(text);
   }
 
   [[noreturn]] void FatalFailure(const std::string& text) {
@@ -268,6 +303,7 @@ class AnalysisRun {
   bool inData_ = false;
   std::optional<double> analysisStart_;
   std::optional<ObservationStore> store_;
+  std::optional<PointBiserial> pointBiserial_;
   std::optional<ResponseKernel> kernel_;
 };
 

@@ -9,9 +9,11 @@ namespace tessaly {
 namespace {
 
 void TakeLabel(SpecContext& context, const SplitLine& line) {
-  const IntegerReading facet = ParseInt(line.Value(1), kMostFacets);
+  const std::int32_t facets = context.Analysis.FacetCount();
+  const IntegerReading facet = ParseInt(line.Value(1), facets > 0 ? facets : kMostFacets);
   const IntegerReading group = ParseInt(line.Value(2), kHighestGroup);
-  if (!facet.Good() || !group.Good() || line.Value(3).empty()) throw Halt{FailureCode::InvalidGlabel, {}};
+  if (!facet.Good() || facet.Value == 0 || !group.Good() || line.Value(3).empty())
+    throw Halt{FailureCode::InvalidGlabel, {}};
   context.Analysis.GroupLabels.try_emplace({facet.Value, group.Value}, line.Value(3));
 }
 
@@ -23,13 +25,7 @@ void ReadGlabel(SpecContext& context, const SplitLine& line) {
     return;
   }
   context.RefuseAsExtra();
-  while (const std::optional<SplitLine> entry = context.Reader.NextBlockLine()) {
-    if (!entry->Keyword.empty() && !HasKeyword(*entry, "Glabel=")) {
-      context.Reader.Unread();
-      return;
-    }
-    if (!entry->NoValue()) TakeLabel(context, *entry);
-  }
+  while (const std::optional<SplitLine> entry = NextBlockEntry(context, "Glabel=")) TakeLabel(context, *entry);
 }
 
 }  // namespace tessaly

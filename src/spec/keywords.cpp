@@ -7,6 +7,7 @@
 #include "spec/delements.h"
 #include "spec/dvalues.h"
 #include "spec/entered.h"
+#include "spec/esubtotals.h"
 #include "spec/facet_keywords.h"
 #include "spec/file_keywords.h"
 #include "spec/glabel.h"
@@ -55,6 +56,9 @@ constexpr Keyword kKeywords[] = {
      ReadDvalues},
     {"Entered=", "E ES", "facet of each data column, 0 for a column without facet", "1, 2, 3, ...",
      "Which facets the data columns refer to.", ReadEntered},
+    {"Esubtotals=", "ESU", "target facet, reference facets; one or a block", "none",
+     "Lists, for each element, the one element of each facet that it was observed with.", ReadEsubtotals,
+     KeywordUse::Repeated},
     {"Facets=", "F", "number of facets, number of data columns (up to 255)", "required",
      "How many facets there are, and how many columns of element references, if that differs.", ReadFacets},
     {"Fair=", "FAI", "Mean or Zero", "Mean",
@@ -68,7 +72,11 @@ constexpr Keyword kKeywords[] = {
      YesNo<&Settings::HeadingLinesOption>},
     {"HS=", "HS", "anything", "none", "Accepted without effect.", Ignore},
     {"Inter-rater=", "IN", "facet of the raters, facets to match", "0", "Reports the agreement between raters.",
-     ReadInterRater, KeywordUse::NotBuiltYet},
+     ReadInterRater},
+    {"Invalid lines=", "INV", "Single (or 1), Repeated (or 2) or Halt", "Halt",
+     "Data lines with too few fields, or with a text where an element number must stand: Single skips them and tells "
+     "the first one, Repeated skips them and tells each, Halt stops the run.",
+     ReadInvalidLines},
     {"Iterations=", "I", "whole number", "0", "Most iterations of the estimation; 0 for no limit.",
      Integer<&Settings::IterationsLimit>},
     {"Juxtapose=", "J", "whole number", "0",
@@ -134,6 +142,8 @@ constexpr Keyword kKeywords[] = {
      AbsoluteNumber<&Settings::UnexpectedMin>},
     {"Uscale=", "USC", "number", "1", "Units per logit. Goes before Labels= and Rating scale=.", ReadUscale},
     {"Usort=", "USO", "list of sort orders", "u", "Orders of Table 4.", List<&Settings::USort>},
+    {"UTF8encoded=", "UTF8E", "Y, N or ?", "?",
+     "Whether texts with bytes above 127 are UTF-8: Y all, N none, ? those that are valid.", ReadUtf8Encoded},
     {"UTF8sub=", "UT", "character", ".", "Stands in for characters that cannot be shown.", ReadUtf8Sub},
     {"Vertical=", "V", "list of ruler columns, N or empty for none", "Y", "Columns of the rulers in Table 6.",
      ReadVertical},
@@ -148,7 +158,7 @@ constexpr Keyword kKeywords[] = {
      ReadZscore},
 };
 
-constexpr std::size_t kLongestPrefix = 3;
+constexpr std::size_t kLongestPrefix = 5;
 
 /// Whether `prefixes` has the first `length` characters of `text`, in capitals.
 constexpr bool HasPrefix(std::string_view prefixes, std::string_view text, std::size_t length) {
@@ -215,6 +225,17 @@ const Keyword* FindKeyword(std::string_view text) {
 bool HasKeyword(const SplitLine& line, std::string_view name) {
   const Keyword* const keyword = Find(line.Keyword);
   return keyword != nullptr && keyword->Name == name;
+}
+
+std::optional<SplitLine> NextBlockEntry(SpecContext& context, std::string_view name) {
+  while (std::optional<SplitLine> line = context.Reader.NextBlockLine()) {
+    if (!line->Keyword.empty() && !HasKeyword(*line, name)) {
+      context.Reader.Unread();
+      return {};
+    }
+    if (!line->NoValue()) return line;
+  }
+  return {};
 }
 
 void MarkAsSeen(SpecContext& context, const Keyword& keyword) {

@@ -1,6 +1,7 @@
 // The vocabulary of the specification file: one table.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -21,7 +22,7 @@ enum class KeywordUse {
 struct Keyword {
   /// With its "=".
   std::string_view Name;
-  /// The leading letters that tell it, separated by blanks. Three letters go before two, two before one.
+  /// The leading letters that tell it, separated by blanks. Longer ones go before shorter ones.
   std::string_view Prefixes;
   std::string_view Values;
   std::string_view Default;
@@ -42,6 +43,10 @@ std::span<const Keyword> Keywords();
 const Keyword* FindKeyword(std::string_view text);
 /// Whether the keyword of `line` is `name`.
 bool HasKeyword(const SplitLine& line, std::string_view name);
+
+/// The next line of the block of keyword `name` that has a value, or nothing where the block ends: at "*", at the end
+/// of the input, and at a line with another keyword, which remains to be read.
+std::optional<SplitLine> NextBlockEntry(SpecContext& context, std::string_view name);
 
 /// Marks a keyword as given, so that the specification file cannot change it.
 void MarkAsSeen(SpecContext& context, const Keyword& keyword);

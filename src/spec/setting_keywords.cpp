@@ -94,6 +94,13 @@ void ReadInterRater(SpecContext& context, const SplitLine& line) {
   }
 }
 
+void ReadInvalidLines(SpecContext& context, const SplitLine& line) {
+  const char letter = FirstLetter(line.Value(1));
+  context.Analysis.Settings.InvalidLinesOption = OneOf(letter, "S1")   ? InvalidLines::Single
+                                                 : OneOf(letter, "R2") ? InvalidLines::Repeated
+                                                                       : InvalidLines::Halt;
+}
+
 void ReadMissing(SpecContext& context, const SplitLine& line) {
   for (const std::string& code : line.Values)
     if (!code.empty()) context.Analysis.Settings.MissingCodes.push_back(code);
@@ -205,6 +212,11 @@ void ReadUmean(SpecContext& context, const SplitLine& line) {
 void ReadUscale(SpecContext& context, const SplitLine& line) {
   RequireNothingScaled(context);
   TakeScale(context, line.Value(1));
+}
+
+void ReadUtf8Encoded(SpecContext& context, const SplitLine& line) {
+  const char letter = FirstLetter(line.Value(1));
+  context.Analysis.Settings.Encoding.Utf8Encoded = OneOf(letter, "YN") ? letter : '?';
 }
 
 void ReadUtf8Sub(SpecContext& context, const SplitLine& line) {

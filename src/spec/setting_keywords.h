@@ -15,6 +15,7 @@ void ReadFair(SpecContext& context, const SplitLine& line);
 /// Shows the value in force on the status line.
 void ReadHardware(SpecContext& context, const SplitLine& line);
 void ReadInterRater(SpecContext& context, const SplitLine& line);
+void ReadInvalidLines(SpecContext& context, const SplitLine& line);
 void ReadMissing(SpecContext& context, const SplitLine& line);
 void ReadNewton(SpecContext& context, const SplitLine& line);
 /// Throws `Halt{NullOutOfRange}`.
@@ -32,6 +33,7 @@ void ReadUdecimals(SpecContext& context, const SplitLine& line);
 /// These two throw `Halt{UmeanTooLate}` once values in user units have been read.
 void ReadUmean(SpecContext& context, const SplitLine& line);
 void ReadUscale(SpecContext& context, const SplitLine& line);
+void ReadUtf8Encoded(SpecContext& context, const SplitLine& line);
 void ReadUtf8Sub(SpecContext& context, const SplitLine& line);
 void ReadVertical(SpecContext& context, const SplitLine& line);
 void ReadXtreme(SpecContext& context, const SplitLine& line);

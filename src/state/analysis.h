@@ -7,12 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "state/agreement.h"
 #include "state/counters.h"
 #include "state/elements.h"
 #include "state/facets.h"
 #include "state/models.h"
 #include "state/scales.h"
 #include "state/settings.h"
+#include "state/subsets.h"
 #include "support/failure.h"
 
 namespace tessaly {
@@ -32,6 +34,8 @@ struct Analysis {
   ModelTables Models;
   ScaleTables Scales;
   DataCounters Counters;
+  SubsetTable Subsets;
+  tessaly::Agreement Agreement;
   /// Elements that data name and `Labels=` does not, sorted by facet, label, number.
   std::vector<UnspecifiedElement> Unspecified;
   /// Labels of element groups, by facet and group number.
@@ -46,7 +50,7 @@ struct Analysis {
   FacetNumber EmptyFacet{0};
   /// Warnings to be repeated at the very end of the run.
   std::string ConstraintWarning;
-  std::string SubsetWarning = "Warning (5)! Subset connection not verified";
+  std::string SubsetWarning{kSubsetsNotVerified};
 
   std::int32_t FacetCount() const { return Facets.size(); }
   FailureLimits Limits() const {

@@ -9,7 +9,10 @@ namespace tessaly {
 
 /// What became of the data lines and responses.
 struct DataCounters {
+  /// Without the skipped ones.
   std::int64_t DataLines = 0;
+  /// Lines that `Invalid lines=` passes over; counted nowhere else.
+  std::int64_t SkippedLines = 0;
   std::int64_t BlankLines = 0;
   std::int64_t MissingCodeCount = 0;
   std::int64_t MissingNullCount = 0;

@@ -78,6 +78,9 @@ struct ElementFit {
   float Discrimination = 1;
   /// Weighted sum of fair scores, in raw categories.
   float FairScoreSum = 0;
+  /// Point-biserial or point-measure correlation, and the model's expectation of the latter.
+  float Correlation = 0;
+  float ExpectedCorrelation = 0;
 };
 
 /// All elements of all facets, by record index.

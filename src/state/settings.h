@@ -1,7 +1,9 @@
 // Settings: one field for each keyword. The member initialisers are the defaults.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,9 @@
 namespace tessaly {
 
 enum class BiasDirection : std::int8_t { Plus = 1, Minus = -1, Omit = 0 };
+/// What becomes of data lines that have too few fields or no reference where one must stand: the run halts, or they are
+/// skipped and the first of each kind, or each of them, is told.
+enum class InvalidLines : std::int8_t { Halt, Single, Repeated };
 enum class SubsetReport : std::int8_t { Off, Detect, Report, List };
 
 struct Settings {
@@ -31,6 +36,8 @@ struct Settings {
   std::string DelementsOption;
   /// `Dvalues=` entries as written, fields joined with commas.
   std::vector<std::string> DvaluesSpec;
+  /// Target facet to its reference facets, in their order.
+  std::map<std::int32_t, std::vector<std::int32_t>> Esubtotals;
   /// 'M' mean, 'Z' zero.
   char FairOption = 'M';
   float HardwareExponent = 80;
@@ -39,6 +46,7 @@ struct Settings {
   bool HeadingLinesOption = true;
   /// The rater facet, then the facets to match; empty when agreement is not asked for.
   std::vector<std::int32_t> InterRaterFacets;
+  InvalidLines InvalidLinesOption = InvalidLines::Halt;
   std::int32_t IterationsLimit = 0;
   std::int32_t JuxtaposeLines = 0;
   /// 'N': elements that data name and `Labels=` does not are not listed.
@@ -89,6 +97,8 @@ struct Settings {
 
   /// `measure` (logit) in user units.
   float UserMeasure(float measure) const { return Umean + Uscale * measure; }
+  /// A standard error or deviation (logit) in user units.
+  float UserSpread(float spread) const { return std::fabs(Uscale) * spread; }
 };
 
 }  // namespace tessaly

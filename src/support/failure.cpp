@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
+#include "support/bytes.h"
 #include "support/number_text.h"
 
 namespace tessaly {
@@ -168,6 +170,15 @@ std::string FailureLine(const Halt& halt, const FailureLimits& limits, std::int6
   std::string line = IsSystemError(halt) ? "Error" + code : "Error F" + code.substr(number >= 0 ? 1 : 0);
   if (lineNumber > 0) line += " in line" + GeneralText(lineNumber);
   return line + ": " + FailureText(halt, limits);
+}
+
+std::vector<std::string> FailureReport(const Halt& halt, const FailureLimits& limits, std::string_view location,
+                                       std::int64_t lineNumber, std::string_view lineText) {
+  std::vector<std::string> lines;
+  if (std::string detail = FailureDetail(halt); !detail.empty()) lines.push_back(std::move(detail));
+  if (!location.empty() && !lineText.empty()) lines.push_back(std::string(location) + " is: " + QuotedLine(lineText));
+  lines.push_back(FailureLine(halt, limits, location.empty() ? 0 : lineNumber));
+  return lines;
 }
 
 }  // namespace tessaly

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaly {
 
@@ -123,5 +124,10 @@ std::string FailureText(const Halt& halt, const FailureLimits& limits);
 
 /// The whole line "Error F27 in line 12: ...". A `lineNumber` of 0 leaves the place out.
 std::string FailureLine(const Halt& halt, const FailureLimits& limits, std::int64_t lineNumber);
+
+/// All that is told of a failure, line by line: its detail, the line to blame as "location is: ...", and the line
+/// "Error F...". Without `location` (such as "Specification") there is no line to blame.
+std::vector<std::string> FailureReport(const Halt& halt, const FailureLimits& limits, std::string_view location,
+                                       std::int64_t lineNumber, std::string_view lineText);
 
 }  // namespace tessaly

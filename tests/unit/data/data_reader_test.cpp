@@ -118,6 +118,53 @@ TEST(DataReader, FailsAtTheLineToBlame) {
             "in Dvalues=");
 }
 
+TEST(DataReader, SkipsInvalidLines) {
+  const std::string data =
+      "1,1,Ann,2\n"     // no element number
+      "1,1,11\n"        // too few fields
+      "9,1,11,2\n"      // person 9 is not declared
+      "1-2,1,Bo,2,3\n"  // no element number, behind a range
+      "1,7-8,11,3,4\n"
+      "8,1,x,5\n"  // no element number, behind a person that is not declared
+      "2\n"        // too few fields
+      "2,1,13,6\n";
+  const auto skipping = [&](const std::string& option) {
+    return DataRun(ThreeFacets("Models=?,?,?,R9\nInvalid lines=" + option), data);
+  };
+  const auto failures = [](const DataRun& run) {
+    Texts told;
+    for (const std::string& text : run.Said.Warnings)
+      if (text.starts_with("Error ")) told.push_back(text.substr(6, text.find(':') - 6));
+    return told;
+  };
+  const DataRun repeated = skipping("Repeated");
+  const DataRun single = skipping("Single");
+  EXPECT_EQ(failures(repeated),
+            (Texts{"F231 in line 1", "F27 in line 2", "F231 in line 4", "F231 in line 6", "F27 in line 7"}));
+  EXPECT_EQ(failures(single), (Texts{"F231 in line 1", "F27 in line 2"}));
+  EXPECT_EQ(Texts(single.Said.Warnings.begin(), single.Said.Warnings.begin() + 4),
+            (Texts{"  Invalid element identifier: \"Ann\" at facet location in data: 3",
+                   "  Is this an element label? If so, Delements=LN",
+                   "Data line in " + single.A.CurrentDataFile + " is: 1,1,Ann,2",
+                   "Error F231 in line 1: Invalid element number. Must be integers in range 0 - 2147483646"}));
+  EXPECT_EQ(single.Said.Warnings.size(), 9U) << "four lines, two for the short line, three for person 9";
+  for (const DataRun* run : {&repeated, &single}) {
+    EXPECT_EQ(run->Observations, (Texts{"1,7,11=3", "1,8,11=4", "2,1,13=6"}));
+    EXPECT_EQ(run->A.Counters.DataLines, 3);
+    EXPECT_EQ(run->A.Counters.SkippedLines, 5);
+    EXPECT_EQ(run->A.Counters.ResponsesFound, 4);
+    EXPECT_EQ(run->A.Unspecified, (std::vector<UnspecifiedElement>{{1, "9", 9}}));
+    EXPECT_EQ(run->Said.Messages[1], "First active data line is: 9,1,11,2");
+  }
+
+  const std::string lines = "x,11,4\n7,11,4\n7,y,4\n7,11,4\n";
+  const std::string counted = "Models=?,?,?,R9\nInvalid lines=1\nDvalues=1,";
+  EXPECT_EQ(DataRun(ThreeFacets(counted + "$L"), lines).Observations, (Texts{"2,7,11=4", "4,7,11=4"}));
+  EXPECT_EQ(DataRun(ThreeFacets(counted + "$C"), lines).Observations, (Texts{"0,7,11=4", "1,7,11=4"}));
+  EXPECT_EQ(DataRun(ThreeFacets("Models=?,?,?,R9\nInvalid lines=2"), "1,1-2,11,3\n").Error.substr(0, 23),
+            "1,1-2,11,3 | Error F30 ");
+}
+
 TEST(DataReader, ExplainsFailures) {
   const DataRun label(ThreeFacets("Models=?,?,?,R9"), "1,1,An_n,2\n");
   EXPECT_EQ(label.Said.Warnings, (Texts{"  Invalid element identifier: \"An-n\" at facet location in data: 3",

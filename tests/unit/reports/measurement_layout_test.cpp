@@ -84,7 +84,7 @@ TEST(Table7, RowsShowWhatTheirElementsAre) {
   // Anchored far off its data: a column tells by how much, another one the weights.
   EXPECT_TRUE(anchored.ends_with("|  1.00 | 1 Element 1         |")) << anchored;
   EXPECT_TRUE(RowOf(run, "7.2.1", "2 Element 2 ").ends_with("|   .50 | 2 Element 2         |"));
-  EXPECT_NE(RowOf(run, "7.2.1", " N Facet 2").find("| Displ.| Weight|"), std::string::npos);
+  EXPECT_NE(RowOf(run, "7.2.1", " N Facet 2").find("| Displ.| PtMea PtExp | Weight|"), std::string::npos);
   EXPECT_EQ(RowOf(run, "7.1.1", " Nu Facet 1").find("Displ."), std::string::npos);
   // The item for facet 2 is for it alone; each table ends with a plain rule as wide as its others.
   EXPECT_TRUE(run.Reports("Table 7.1.1  Facet 1 Measurement Report  (arranged by N)."));

@@ -50,7 +50,7 @@ TEST(CommandLine, GoesBeforeTheFile) {
 }
 
 TEST(CommandLine, ExtraSpecificationsHaveNoBlocks) {
-  for (const char* word : {"Models=?,?,R", "Labels=Nobuild", "Rating=x,R3", "Glabel=", "Dvalues=*"}) {
+  for (const char* word : {"Models=?,?,R", "Labels=Nobuild", "Rating=x,R3", "Glabel=", "Dvalues=*", "Esubtotals="}) {
     const SpecRun run(WithTwoFacets(""), {"Facets=2", word});
     EXPECT_EQ(run.Blamed(),
               std::string(word) + " | Error F18: Extra specification is not specification=value or is invalid");

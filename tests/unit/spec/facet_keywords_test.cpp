@@ -153,12 +153,32 @@ TEST(Delements, KindsOfReference) {
   EXPECT_EQ(odd.A.Fields.FacetIdentifiers[{1}][0], 'L');
 }
 
+TEST(Esubtotals, TargetsAndReferences) {
+  using Lists = decltype(Settings::Esubtotals);
+  const auto lists = [](const std::string& lines) {
+    const SpecRun run("Facets=3\n" + lines + "\nT4MAX=7\nLabels=\n1,a\n1\n*\n");
+    EXPECT_EQ(run.Error, "");
+    EXPECT_EQ(run.A.Settings.T4Max, 7) << lines;
+    return run.A.Settings.Esubtotals;
+  };
+  EXPECT_EQ(lists("Esubtotals=\n1+1,3,1,3\n\n1=0,4,-1,x\nEsub=2,2\n3,1\n2,3,,1\n*"), (Lists{{2, {3, 1, 2}}, {3, {1}}}));
+  EXPECT_EQ(lists("Esub=1,2\nEsub=3,1\nEsub=1,3"), (Lists{{1, {2, 3}}, {3, {1}}}));
+  EXPECT_EQ(lists("Esub=\n1,2\nUnexpected=2"), (Lists{{1, {2}}})) << "another keyword ends a block";
+  for (const char* entry : {"0,1", "4,1", "x,1", ",1", "-1,2"}) {
+    const SpecRun run(WithTwoFacets(std::string("Esubtotals=\n") + entry));
+    EXPECT_EQ(run.Blamed().substr(0, run.Blamed().find(':')), std::string(entry) + " | Error F54 in line 3") << entry;
+  }
+  EXPECT_EQ(SpecRun("Esubtotals=1,2\n").Error.substr(0, 9), "Error F34");
+}
+
 TEST(Glabel, GroupLabels) {
   const SpecRun run(WithTwoFacets("Glabel=\n1,2,Boys\n1,2,Girls\nGlabel=2,1,\"Long\"\n*\nGlabel=1,3,Third\nT4MAX=7"));
   EXPECT_EQ(run.Error, "");
   EXPECT_EQ(run.A.GroupLabels, (decltype(run.A.GroupLabels){{{1, 2}, "Boys"}, {{1, 3}, "Third"}, {{2, 1}, "Long"}}));
   EXPECT_EQ(run.A.Settings.T4Max, 7);
-  for (const char* entry : {"1,2", "1,,x", ",1,x", "1,x,y", "256,1,x", "1,32761,x"})
+  const SpecRun early("Glabel=4,0,None\n" + WithTwoFacets(""));
+  EXPECT_EQ(early.A.GroupLabels.size(), 1U) << "the number of facets is not known yet; 0 is no group";
+  for (const char* entry : {"1", "1,2", "1,,x", ",1,x", "1,1,", "1,x,y", "0,1,x", "3,1,x", "1,32761,x"})
     EXPECT_EQ(SpecRun(WithTwoFacets(std::string("Glabel=") + entry)).Blamed(),
               std::string("Glabel=") + entry +
                   " | Error F65 in line 2: Format is: Glabel = facet number, group number, group label");

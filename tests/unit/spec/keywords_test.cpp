@@ -9,9 +9,9 @@
 namespace tessaly {
 namespace {
 
-TEST(Keywords, RecognisedByThreeThenTwoThenOneLetter) {
+TEST(Keywords, RecognisedByTheLongestOfTheirPrefixes) {
   const std::pair<const char*, const char*> cases[] = {
-      // Each prefix of two or three letters, and a neighbour that it must not catch.
+      // Each prefix of two letters and more, and a neighbour that it must not catch.
       {"BATCH", "Batch="},
       {"BA", "Barcharts="},
       {"bar", "Barcharts="},
@@ -42,6 +42,9 @@ TEST(Keywords, RecognisedByThreeThenTwoThenOneLetter) {
       {"UM", "Umean="},
       {"UD", "Udecimals="},
       {"UT", "UTF8sub="},
+      {"UTF8S", "UTF8sub="},
+      {"utf8-e", "UTF8sub="},
+      {"utf8encoded", "UTF8encoded="},
       {"SC", "Scorefile="},
       {"SU", "Subsets="},
       {"SI", "Simulated="},
@@ -65,6 +68,8 @@ TEST(Keywords, RecognisedByThreeThenTwoThenOneLetter) {
       {"CE", "Center="},
       {"CO", "Convergence="},
       {"IN", "Inter-rater="},
+      {"INT", "Inter-rater="},
+      {"INV", "Invalid lines="},
       {"IT", "Iterations="},
       {"WH", "Whexact="},
       {"WR", "Write="},
@@ -83,6 +88,7 @@ TEST(Keywords, RecognisedByThreeThenTwoThenOneLetter) {
       {"TI", "Title="},
       {"T", "Title="},
       {"ES", "Entered="},
+      {"ESU", "Esubtotals="},
       {"EN", "Entered="},
       {"K", "Keepzero="},
       {"J", "Juxtapose="},

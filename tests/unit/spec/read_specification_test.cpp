@@ -51,6 +51,9 @@ Dvalues=
 3,2,1,2
 1,2,$G
 *
+Esubtotals=
+1,2,3
+*
 Glabel=1,2,Group
 Models=
 ?B,1-3,#,Essay,2

@@ -39,6 +39,15 @@ TEST(SettingKeywords, FirstLetters) {
   const std::pair<const char*, char> correlations[] = {{"Yes", 'Y'}, {"B", 'Y'},       {"P", 'Y'},
                                                        {"O", 'Y'},   {"Include", 'I'}, {"All", 'I'},
                                                        {"M", 'M'},   {"", 'N'},        {"No", 'N'}};
+  for (const char* text : {"Single", "s", "1"})
+    EXPECT_EQ(After(std::string("Invalid lines=") + text).InvalidLinesOption, InvalidLines::Single) << text;
+  for (const char* text : {"Repeated", "2"})
+    EXPECT_EQ(After(std::string("Invalid lines=") + text).InvalidLinesOption, InvalidLines::Repeated) << text;
+  for (const char* text : {"", "Halt", "3"})
+    EXPECT_EQ(After(std::string("Invalid lines=") + text).InvalidLinesOption, InvalidLines::Halt) << text;
+  const std::pair<const char*, char> encodings[] = {{"yes", 'Y'}, {"No", 'N'}, {"?", '?'}, {"", '?'}, {"U", '?'}};
+  for (const auto& [text, encoded] : encodings)
+    EXPECT_EQ(After(std::string("UTF8encoded=") + text).Encoding.Utf8Encoded, encoded) << text;
   for (const auto& [text, option] : correlations) EXPECT_EQ(After(std::string("G=") + text).PtBiserial, option) << text;
 }
 

@@ -18,6 +18,16 @@ TEST(Failure, LinesSayCodeAndPlace) {
   EXPECT_EQ(FailureLine({FailureCode::Cancelled, ""}, kLimits, 0), "Error F-1: Current operation cancelled");
 }
 
+TEST(Failure, ReportsQuoteTheLineToBlame) {
+  using Texts = std::vector<std::string>;
+  const Halt excess{FailureCode::TooFewFields, "a detail"};
+  const std::string sentence = ": Data record does not contain 3 facet references + data. Please start comments with ;";
+  EXPECT_EQ(FailureReport(excess, kLimits, "Data line in d.txt", 5, "1,2"),
+            (Texts{"a detail", "Data line in d.txt is: 1,2", "Error F27 in line 5" + sentence}));
+  EXPECT_EQ(FailureReport(excess, kLimits, "Specification", 5, "").back(), "Error F27 in line 5" + sentence);
+  EXPECT_EQ(FailureReport({FailureCode::TooFewFields, ""}, kLimits, "", 5, "1,2"), Texts{"Error F27" + sentence});
+}
+
 TEST(Failure, SystemErrorsKeepTheirText) {
   EXPECT_EQ(FailureLine(SystemFailure(ENOENT), kLimits, 3), "Error 2 in line 3: No such file or directory");
   const Halt notPermitted = SystemFailure(EPERM);

@@ -1,0 +1,43 @@
+#include "estimate/cross_reference.h"
+
+#include <new>
+
+#include "support/failure.h"
+#include "support/number_text.h"
+
+namespace tessaly {
+
+ElementCrossReference::ElementCrossReference(std::int32_t elementCount, std::int32_t facetCount, const FieldMap& fields)
+    : facetCount_(static_cast<std::size_t>(facetCount)) {
+  for (const ActivePosition& position : fields.Positions) facets_.push_back(position.PositionFacet);
+  try {
+    entries_.assign(static_cast<std::size_t>(elementCount) * facetCount_, kNoElement);
+  } catch (const std::bad_alloc&) {
+    throw Halt{FailureCode::TooManyElements, GeneralText(elementCount)};
+  }
+}
+
+void ElementCrossReference::Add(const Observation& observation) {
+  const std::vector<ObservedElement>& elements = observation.Elements;
+  for (std::size_t i = 1; i < elements.size(); ++i) {
+    const ElementIndex first = elements[i].CurrentElement;
+    if (first == kNoElement) continue;
+    for (std::size_t j = 0; j < i; ++j) {
+      const ElementIndex second = elements[j].CurrentElement;
+      if (second == kNoElement) continue;
+      Enter(first, facets_[j], second);
+      Enter(second, facets_[i], first);
+    }
+  }
+}
+
+void ElementCrossReference::Enter(ElementIndex element, FacetNumber facet, ElementIndex other) {
+  ElementIndex& entry = entries_[At(element, facet)];
+  if (entry == kNoElement) {
+    entry = other;
+  } else if (entry != other) {
+    entry = kSeveral;
+  }
+}
+
+}  // namespace tessaly
