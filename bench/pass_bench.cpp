@@ -29,67 +29,63 @@ RatingDesign ThreeFacets() {
   return {{10000, 200, 10}};
 }
 
+/// What a pass needs.
+struct Bed {
+  explicit Bed(std::int64_t observations) : Store(ThreeFacets().Observations(A, observations)) {}
+
+  Analysis A = ThreeFacets().Tables();
+  ObservationStore Store;
+  ResponseKernel Kernel{A.Scales, kShift};
+  User Nobody;
+  Console Silence;
+  RunControl Control{Nobody};
+};
+
+/// Times `pass`, which takes the bed and gives a result.
+template <class Pass>
+void TimePass(benchmark::State& state, Bed& bed, Pass pass) {
+  for (auto _ : state) benchmark::DoNotOptimize(pass(bed));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 void JmlePass(benchmark::State& state) {
-  Analysis a = ThreeFacets().Tables();
-  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
-  ResponseKernel kernel(a.Scales, kShift);
-  User nobody;
-  Console silence;
-  RunControl control(nobody);
-  Table<ElementIndex, EstimationSums> sums(a.Elements.ElementCount());
-  for (auto _ : state) {
-    JmleSums pass(kProbe, kernel, sums, a.Scales);
-    for (const Observation& obs : ObservationPass(store, a, control, silence)) {
+  Bed bed(state.range(0));
+  Table<ElementIndex, EstimationSums> sums(bed.A.Elements.ElementCount());
+  TimePass(state, bed, [&](Bed& b) {
+    JmleSums pass(kProbe, b.Kernel, sums, b.A.Scales);
+    for (const Observation& obs : ObservationPass(b.Store, b.A, b.Control, b.Silence)) {
       if (TakesPart(obs.Status)) pass.Add(obs);
     }
-    benchmark::DoNotOptimize(sums[{1}].ExpectedScore);
-  }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+    return sums[{1}].ExpectedScore;
+  });
 }
 
 void FitStatistics(benchmark::State& state) {
-  Analysis a = ThreeFacets().Tables();
-  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
-  ResponseKernel kernel(a.Scales, kShift);
-  User nobody;
-  Console silence;
-  RunControl control(nobody);
-  for (auto _ : state) {
-    FitPass fit(a, store, kernel, control, silence);
+  Bed bed(state.range(0));
+  TimePass(state, bed, [](Bed& b) {
+    FitPass fit(b.A, b.Store, b.Kernel, b.Control, b.Silence);
     fit.Run();
     fit.Finish();
-    benchmark::DoNotOptimize(a.Elements.Fit[{1}].InfitMeanSquare);
-  }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+    return b.A.Elements.Fit[{1}].InfitMeanSquare;
+  });
 }
 
 void PointBiserialCorrelations(benchmark::State& state) {
-  Analysis a = ThreeFacets().Tables();
-  a.Settings.PtBiserial = 'Y';
-  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
-  User nobody;
-  Console silence;
-  RunControl control(nobody);
-  for (auto _ : state) {
-    PointBiserial correlations(a, store, control, silence);
+  Bed bed(state.range(0));
+  bed.A.Settings.PtBiserial = 'Y';
+  TimePass(state, bed, [](Bed& b) {
+    PointBiserial correlations(b.A, b.Store, b.Control, b.Silence);
     correlations.CountsForCorrelation();
     correlations.Correlate();
-    benchmark::DoNotOptimize(a.Elements.Fit[{1}].Correlation);
-  }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+    return b.A.Elements.Fit[{1}].Correlation;
+  });
 }
 
 void RaterAgreement(benchmark::State& state) {
-  Analysis a = ThreeFacets().Tables();
-  a.Settings.InterRaterFacets = {2};
-  ObservationStore store = ThreeFacets().Observations(a, state.range(0));
-  ResponseKernel kernel(a.Scales, kShift);
-  User nobody;
-  Console silence;
-  RunControl control(nobody);
-  for (auto _ : state)
-    benchmark::DoNotOptimize(InterRaterAgreement(a, store, kernel, control, silence).ExactAgreements);
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+  Bed bed(state.range(0));
+  bed.A.Settings.InterRaterFacets = {2};
+  TimePass(state, bed,
+           [](Bed& b) { return InterRaterAgreement(b.A, b.Store, b.Kernel, b.Control, b.Silence).ExactAgreements; });
 }
 
 /// A whole search for subsets: the scan alone, without reading the store, of the passes until nothing changes.

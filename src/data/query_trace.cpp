@@ -41,13 +41,6 @@ static_assert(InOrder());
 constexpr std::string_view kWaiting =
     "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu (here: Enter; 5 and Enter; Ctrl+C) ";
 
-/// The fields of a statement as the user reads them: positions, scale, weight.
-std::string StatementText(const ModelStatement& statement) {
-  std::string text;
-  for (const PositionNumber position : statement.ModelLow.all()) text += statement.PositionText(position) + ",";
-  return text + statement.ScaleField() + "," + statement.WeightField();
-}
-
 }  // namespace
 
 QueryTrace::QueryTrace(Analysis& analysis, Host& host) : analysis_(analysis), host_(host) {
@@ -55,7 +48,7 @@ QueryTrace::QueryTrace(Analysis& analysis, Host& host) : analysis_(analysis), ho
   if (!On()) return;
   host.console.ShowMessage("Query=Y in effect!  Data matching displayed:");
   for (const StatementNumber number : analysis.Models.Statements.all())
-    host.console.ShowMessage(StatementText(analysis.Models.Statements[number]) +
+    host.console.ShowMessage(analysis.Models.Statements[number].StatementText() +
                              " ; active model statement for Query=Yes" + GeneralText(number.value + 1));
 }
 

@@ -173,7 +173,7 @@ class SpecificationLines {
     std::size_t listed = 0;
     for (const ModelStatement& statement : models.Statements) {
       if (listed++ == kMostListed) break;
-      Line(word + StatementText(statement));
+      Line(word + statement.StatementText());
       word.clear();
     }
     if (static_cast<std::size_t>(models.Statements.size()) > kMostListed) {
@@ -280,12 +280,6 @@ class SpecificationLines {
 };
 
 }  // namespace
-
-std::string StatementText(const ModelStatement& statement) {
-  std::vector<std::string> items(statement.ModelField.begin() + 1, statement.ModelField.end() - 2);
-  if (statement.ModelType != ModelType::Missing) items.push_back(statement.WeightField());
-  return Joined(items, ",");
-}
 
 void ProgramBanner(const std::string& runDate, ReportWriter& report) {
   report.WriteTableLine("Tessaly Version No." TESSALY_VERSION);

@@ -9,9 +9,6 @@
 
 namespace tessaly {
 
-/// A model statement as reports show it: its fields joined with commas, with the weight unless it is of type `M`.
-std::string StatementText(const ModelStatement& statement);
-
 /// The first two lines of the report: program and version, date of the run.
 void ProgramBanner(const std::string& runDate, ReportWriter& report);
 

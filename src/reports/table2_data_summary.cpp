@@ -61,7 +61,7 @@ class DataSummary {
         console_.ShowMessage(" See Output Table 2 for further" + GeneralText(statements.size() - kStatementsOnScreen) +
                              " models");
       if (statement.ModelResponses == 0) continue;
-      const std::string text = "Responses matched to model: " + StatementText(statement) + " =" +
+      const std::string text = "Responses matched to model: " + statement.StatementText() + " =" +
                                GeneralText(statement.ModelResponses) +
                                (statement.ModelType == ModelType::Missing ? "  ; treated as missing" : "");
       if (cut && number > kStatementsOnScreen) {
@@ -143,7 +143,7 @@ void StartDataSummaryTable(const Analysis& analysis, ReportWriter& report, Conso
   TableFrame(report, analysis.Settings, console).StartTable("Table 2. Data Summary Report");
   if (!analysis.Settings.QueryOption) return;
   for (const StatementNumber statement : analysis.Models.Statements.all())
-    report.WriteTableLine(StatementText(analysis.Models.Statements[statement]) +
+    report.WriteTableLine(analysis.Models.Statements[statement].StatementText() +
                           " ; active model statement for Query=Yes" + GeneralText(statement.value + 1));
 }
 

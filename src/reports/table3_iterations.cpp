@@ -138,7 +138,7 @@ std::string IterationTable::ResidualLabel(const ResidualDetail& detail) const {
     case ResidualDetail::Kind::Step:
       break;
   }
-  return "Scale:" + StatementText(analysis_.Models.Statements[analysis_.Scales.Scales[detail.Scale].ScaleModel]);
+  return "Scale:" + analysis_.Models.Statements[analysis_.Scales.Scales[detail.Scale].ScaleModel].StatementText();
 }
 
 std::string IterationTable::ResidualLine(const ResidualDetail& detail) const {

@@ -61,6 +61,13 @@ struct ModelStatement {
   /// The scale name or code as written.
   const std::string& ScaleField() const { return ModelField[ModelField.size() - 3]; }
   const std::string& WeightField() const { return ModelField[ModelField.size() - 2]; }
+  /// The statement as the user reads it: positions, scale, and the weight of what is not treated as missing.
+  std::string StatementText() const {
+    std::string text;
+    for (const PositionNumber position : ModelLow.all()) text += PositionText(position) + ",";
+    text += ScaleField();
+    return ModelType == tessaly::ModelType::Missing ? text : text + "," + WeightField();
+  }
 };
 
 /// One category line of a rating scale block.
