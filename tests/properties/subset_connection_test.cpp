@@ -157,5 +157,45 @@ TEST(SubsetConnection, RepeatedFacetsMakeOneGraph) {
   EXPECT_EQ(contests(blocks + "2,3,1\n2,3,0\n"), kConnected);
 }
 
+/// Asks to finish at one poll.
+class FinishAt : public User {
+ public:
+  explicit FinishAt(int poll) : poll_(poll) {}
+  UserRequest Poll() override { return ++polls_ == poll_ ? UserRequest::Finish : UserRequest::None; }
+
+ private:
+  int poll_;
+  int polls_ = 0;
+};
+
+// A request to finish ends what is going on: the data and the first correlations halt the run, the search for subsets
+// and the agreement are given up, iterations end. All of them must have come by once.
+TEST(SubsetConnection, FinishRequestsAtEveryPoll) {
+  Design design = TwoBlocks();
+  const std::vector<Rating> once = design.Ratings;
+  for (int copy = 0; copy < 16; ++copy) design.Ratings.insert(design.Ratings.end(), once.begin(), once.end());
+  const std::vector<std::string> words = {"Pt-biserial=Y", "Inter-rater=1", "Arrange=N", "Barcharts=N"};
+  int halted = 0, unverified = 0, withoutAgreement = 0, unimpressed = 0;
+  for (int poll = 1; poll < 120; ++poll) {
+    const FinishedAnalysis run =
+        RunSpecification(design.Specification(), {{"data.txt", design.DataLines()}}, words, FinishAt(poll));
+    ASSERT_TRUE(run.Outcome.has_value()) << poll;
+    if (!run.Finished()) {
+      ++halted;
+      continue;
+    }
+    const bool noted = run.Report.find(" in subset:") != std::string::npos;
+    EXPECT_EQ(noted, run.A.SubsetWarning != kSubsetsNotVerified) << poll;
+    EXPECT_EQ(run.A.Agreement.Computed(), run.Report.find("Exact Agree.") != std::string::npos) << poll;
+    if (!noted) ++unverified;
+    if (!run.A.Agreement.Computed()) ++withoutAgreement;
+    if (noted && run.A.Agreement.Computed()) ++unimpressed;
+  }
+  EXPECT_GT(halted, 0);
+  EXPECT_GT(unverified, 0);
+  EXPECT_GT(withoutAgreement, 0);
+  EXPECT_GT(unimpressed, 0);
+}
+
 }  // namespace
 }  // namespace tessaly
