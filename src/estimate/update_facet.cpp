@@ -60,11 +60,10 @@ ElementStatus FacetUpdate::NextStatus(ElementIndex element, UpdateTrace& trace) 
     return status;
   }
   if (record.PossibleScore == 0) {
-    if (record.ObservedCount != 0) {
-      MarkRecount(element, trace);
-      return ElementStatus::Unmeasurable;
-    }
-    return firstPass_ ? ElementStatus::Unobserved : ElementStatus::Unmeasurable;
+    if (firstPass_ && record.ObservedCount == 0) return ElementStatus::Unobserved;
+    // Its observations no longer count for anybody, extreme elements included.
+    MarkRecount(element, trace);
+    return ElementStatus::Unmeasurable;
   }
   if (!Measurable(status) && status != ElementStatus::OneDatum) {
     AddExtreme(element);

@@ -158,7 +158,7 @@ class MeasurementRows::Filling {
     word_.EditSingle(fit_.OutfitMeanSquare).EditSingle(CutToOneDecimal(fit_.OutfitZStd));
     word_.EditText(FormatSingle(fit_.Discrimination, kErrorWidth, 2));
     word_.EditText(columns_.Displacement ? rows_.DisplacementText(fit_.Displacement) : "");
-    Correlations(true);
+    ModelFigures(true);
     return Rest();
   }
 
@@ -166,7 +166,7 @@ class MeasurementRows::Filling {
     Scores();
     word_.EditSingle(static_cast<float>(rows_.FairAverage(element_))).EditText(rows_.StatusMark(element_));
     word_.EditText(rows_.Measure(element_)).EditText(rows_.StandardError(element_)).EditText(Word());
-    Correlations(true);
+    ModelFigures(true);
     return Rest();
   }
 
@@ -174,7 +174,7 @@ class MeasurementRows::Filling {
     Scores();
     const bool measured = rows_.elements_.ElementStatus[element_] == ElementStatus::Anchored;
     word_.EditText(rows_.StatusMark(element_)).EditText(measured ? rows_.Measure(element_) : "").EditText(Word());
-    Correlations(false);
+    ModelFigures(false);
     return Rest();
   }
 
@@ -186,21 +186,20 @@ class MeasurementRows::Filling {
     word_.EditScore(rows_.Score(element_)).EditScore(rows_.Count(element_)).EditDouble(rows_.Average(element_));
   }
 
-  void Correlations(bool known) {
-    const auto text = [&](float correlation) { return known ? FormatSingle(correlation, kErrorWidth, 2) : ""; };
-    word_.EditText(columns_.Correlation == CorrelationColumns::None ? "" : text(fit_.Correlation));
-    if (columns_.Correlation == CorrelationColumns::PointMeasure) word_.EditText(text(fit_.ExpectedCorrelation));
+  /// Correlations and agreement; blank where nothing is `known` of an element but its responses.
+  void ModelFigures(bool known) {
+    const auto text = [&](float figure, int decimals) {
+      return known ? FormatSingle(figure, kErrorWidth, decimals) : std::string();
+    };
+    word_.EditText(columns_.Correlation == CorrelationColumns::None ? "" : text(fit_.Correlation, 2));
+    if (columns_.Correlation == CorrelationColumns::PointMeasure) word_.EditText(text(fit_.ExpectedCorrelation, 2));
+    const RaterAgreement agreement = columns_.InterRater ? rows_.analysis_.Agreement.Of(element_) : RaterAgreement{};
+    word_.EditText(columns_.InterRater ? text(agreement.RaterExact, 1) : "");
+    word_.EditText(columns_.InterRater ? text(agreement.RaterExpected, 1) : "");
   }
 
-  /// Agreement, group, weight, label on the right, subsets.
+  /// Group, weight, label on the right, subsets.
   std::string Rest() {
-    if (columns_.InterRater) {
-      const RaterAgreement& agreement = rows_.analysis_.Agreement.Of(element_);
-      word_.EditText(FormatSingle(agreement.RaterExact, kErrorWidth, 1));
-      word_.EditText(FormatSingle(agreement.RaterExpected, kErrorWidth, 1));
-    } else {
-      word_.EditText("").EditText("");
-    }
     const int group = std::abs(rows_.elements_.ElementGroup[element_]);
     word_.EditText(columns_.Group ? RightJustified(group == 0 ? "" : BareText(group), kMeasureWidth) : "");
     const float weight = rows_.elements_.ElementStats[element_].ElementWeight;
@@ -236,8 +235,9 @@ void MeasurementRows::Summarize(ElementIndex element, RowSummaries& summaries) c
   if (!(Count(element) > 0)) return;
   summaries.Rows.Score.Add(Score(element));
   summaries.Rows.Count.Add(Count(element));
-  summaries.Rows.Correlation.Add(static_cast<double>(fit.Correlation));
   summaries.Rows.Average.Add(Average(element));
+  if (kind == Kind::NonActive) return;
+  summaries.Rows.Correlation.Add(static_cast<double>(fit.Correlation));
   summaries.Rows.FairAverage.Add(FairAverage(element));
 }
 
