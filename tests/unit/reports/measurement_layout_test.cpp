@@ -103,7 +103,7 @@ TEST(Table7, ElementsWithoutDataAndFacetsOfOne) {
   EXPECT_EQ(RowOf(run, "7.1.1", "10 Element 10"), "");  // not observed at all: in no table
   EXPECT_TRUE(run.Reports("Table 7.3.1  Facet 3 Measurement Report."));
   EXPECT_FALSE(run.Reports("Table 7.3.2"));
-  const FinishedAnalysis repeated = design.Run({"Juxtapose=4", "Left-hand=Y", "Arrange=N"});
+  const FinishedAnalysis repeated = design.Run({"Juxtapose=4", "Left-hand=Y", "Arrange=N", "Tables=0000001"});
   const std::string head = "\r\n| Nu Facet 1";
   std::size_t headings = 0;
   for (std::size_t at = 0; (at = repeated.Report.find(head, at)) != std::string::npos; ++at) ++headings;
