@@ -20,7 +20,12 @@ constexpr float kLeastLogOddsVariance = 1e-10F;
 
 FitPass::FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control,
                  Console& console)
-    : analysis_(analysis), store_(store), kernel_(kernel), control_(control), console_(console) {}
+    : analysis_(analysis),
+      store_(store),
+      kernel_(kernel),
+      control_(control),
+      console_(console),
+      unexpected_(analysis.Settings.UnexpectedMin, analysis.Settings.T4Max) {}
 
 void FitPass::Run() {
   PrepareScaleTables();
@@ -116,6 +121,7 @@ void FitPass::Add(const Observation& obs) {
     data_.Summary[DataFit::Residual].AddWeighted(static_cast<double>(fit.Moments.ResponseResidual), w);
     data_.Summary[DataFit::StandardizedResidual].AddWeighted(static_cast<double>(fit.StandardizedResidual), w);
     if (obs.ObsWeight != 1) data_.WeightedData = true;
+    unexpected_.AddUnexpected(obs, fit);
   }
   const LogOdds odds =
       kernel_.LogOddsMoments(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum, obs.ObsOrdinal);

@@ -8,6 +8,7 @@
 #include "estimate/data_fit.h"
 #include "estimate/measure_correlation.h"
 #include "estimate/observation_fit.h"
+#include "estimate/unexpected_list.h"
 #include "model/response_kernel.h"
 #include "state/analysis.h"
 #include "state/run_control.h"
@@ -47,6 +48,8 @@ class FitPass {
   /// Call once, after `Run`.
   void Finish();
   const tessaly::DataFit& Data() const { return data_; }
+  /// The observations of Table 4.
+  const UnexpectedList& Unexpected() const { return unexpected_; }
   /// What `Esubtotals=` asks for; nothing without it.
   const std::optional<ElementCrossReference>& CrossReference() const { return crossReference_; }
 
@@ -66,6 +69,7 @@ class FitPass {
   Table<ElementIndex, FitSums> sums_;
   Table<ElementIndex, CorrelationSums> correlations_;
   tessaly::DataFit data_;
+  UnexpectedList unexpected_;
   std::optional<ElementCrossReference> crossReference_;
 };
 

@@ -24,7 +24,10 @@
 #include "reports/table1_specification.h"
 #include "reports/table2_data_summary.h"
 #include "reports/table3_iterations.h"
+#include "reports/table4_unexpected.h"
+#include "reports/table5_data_fit.h"
 #include "reports/table7_measurements.h"
+#include "reports/table_frame.h"
 #include "run/specification_file.h"
 #include "spec/file_names.h"
 #include "spec/input_stack.h"
@@ -203,8 +206,10 @@ class AnalysisRun {
       report_.EndTables();
       WriteEsubtotals(*fit.CrossReference(), analysis_, report_);
     }
+    WriteDataFit(fit.Data());
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
+    unexpected_.emplace(fit.Unexpected());
   }
 
   void CompareRaters() {
@@ -212,6 +217,15 @@ class AnalysisRun {
     if (!control_.FastForward) return;
     control_.FastForward = false;
     console_.ShowMessage("*");
+  }
+
+  void WriteDataFit(const DataFit& fit) {
+    report_.SelectTable(4);
+    if (report_.Wants(4))
+      TableFrame(report_, analysis_.Settings, console_)
+          .StartTable("Table 4. Unexpected Responses - appears after Table 8");
+    report_.SelectTable(5);
+    if (report_.Wants(5)) MeasurableDataSummary(fit, analysis_.Settings, report_, console_);
   }
 
   void WriteTables() {
@@ -222,6 +236,8 @@ class AnalysisRun {
     report_.SelectTable(7);
     if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
       MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+    report_.SelectTable(4);
+    if (report_.Wants(4)) UnexpectedTables(*unexpected_, analysis_, report_, console_);
   }
 
   void WriteTable6() {
@@ -305,6 +321,7 @@ class AnalysisRun {
   std::optional<ObservationStore> store_;
   std::optional<PointBiserial> pointBiserial_;
   std::optional<ResponseKernel> kernel_;
+  std::optional<UnexpectedList> unexpected_;
 };
 
 }  // namespace

@@ -171,6 +171,13 @@ std::string FormatSingle(float value, int width, int decimals) {
   return FormatNumber(double(value), width, decimals);
 }
 
+std::string ZeroedNumber(double value, int width, int decimals) {
+  // Room for every digit of a double: what is too wide for its column must show all the same.
+  std::string text(TrimLeft(FormatNumber(value, 330, decimals)));
+  if (const std::size_t digits = text.front() == '-' ? 1 : 0; text[digits] == '.') text.insert(digits, 1, '0');
+  return RightJustified(text, width);
+}
+
 std::string TrimmedNumber(double value) {
   if (std::trunc(value) == value) return std::string(TrimLeft(GeneralText(value)));
   return OneDecimal(value);

@@ -31,6 +31,8 @@ inline std::string BareText(std::int32_t value) {
 std::string FormatNumber(double value, int width, int decimals);
 /// The same for a single, from its exact binary value.
 std::string FormatSingle(float value, int width, int decimals);
+/// `FormatNumber` with a digit before the point of a value below 1: "0.50". Wider than `width` if it does not fit.
+std::string ZeroedNumber(double value, int width, int decimals);
 
 /// A whole value as it stands, any other with one decimal; no leading blank before a whole value.
 std::string TrimmedNumber(double value);

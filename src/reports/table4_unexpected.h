@@ -1,0 +1,14 @@
+// Table 4: the responses that fit worst.
+#pragma once
+
+#include "estimate/unexpected_list.h"
+#include "reports/report_writer.h"
+#include "state/analysis.h"
+#include "support/host.h"
+
+namespace tessaly {
+
+/// Writes a table for each order of `Usort=`.
+void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, Console& console);
+
+}  // namespace tessaly
