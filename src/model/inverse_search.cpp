@@ -7,38 +7,31 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kMostRounds = 100;
-constexpr float kScoreTolerance = 0.01F;
-constexpr float kMoveTolerance = 0.005F;
+/// No search looks further (logit).
+constexpr float kFarthest = 1048576;
 
-int Sign(float x) {
-  return x > 0 ? 1 : x < 0 ? -1 : 0;
-}
-
-/// Steps proportional to the residual, halved each time the target is overshot and never longer than a logit.
-class DampedSearch {
- public:
-  float Move(float residual) {
-    if (Sign(residual) != Sign(last_)) factor_ *= 0.5F;
-    last_ = residual;
-    return std::clamp(residual * factor_, -1.0F, 1.0F);
+/// Where `rising`, a function of the measure that does not fall, passes 0: halving intervals down to the last digit.
+/// The end of the range if it does not pass.
+template <class Rising>
+float CrossingOf(Rising rising) {
+  float low = -1;
+  float high = 1;
+  while (low > -kFarthest && rising(low) > 0) low *= 2;
+  while (high < kFarthest && rising(high) < 0) high *= 2;
+  for (;;) {
+    const float middle = (low + high) / 2;
+    if (!(middle > low && middle < high)) return middle;
+    (rising(middle) < 0 ? low : high) = middle;
   }
-
- private:
-  float factor_ = 2;
-  float last_ = 1;
-};
+}
 
 }  // namespace
 
 ScoreSearch MeasureForScore(ResponseKernel& kernel, ScaleNumber scale, ModelType type, std::int32_t top, float score) {
+  const auto expected = [&](float measure) { return kernel.CategoryProbabilities(scale, type, top, measure); };
   ScoreSearch found;
-  DampedSearch search;
-  float residual = 1;
-  for (int round = 0; round < kMostRounds && std::fabs(residual) > kScoreTolerance; ++round) {
-    residual = score - kernel.CategoryProbabilities(scale, type, top, found.Measure);
-    found.Measure += search.Move(residual);
-  }
+  found.Measure = CrossingOf([&](float measure) { return expected(measure) - score; });
+  expected(found.Measure);
   const float nearest = std::round(score);
   if (nearest >= 0 && nearest <= static_cast<float>(kProbabilityTop))
     found.Probability = kernel.Probability(static_cast<std::int32_t>(nearest));
@@ -49,19 +42,12 @@ float MeasureForCumulative(ResponseKernel& kernel, ScaleNumber scale, ModelType 
                            float target) {
   const auto last =
       static_cast<std::int32_t>(std::clamp(std::floor(category + 0.5F), -1.0F, static_cast<float>(kProbabilityTop)));
-  DampedSearch search;
-  float measure = 0;
-  float residual = 1;
-  float move = 1;
-  for (int round = 0;
-       round < kMostRounds && (std::fabs(residual) >= kScoreTolerance || std::fabs(move) >= kMoveTolerance); ++round) {
+  return CrossingOf([&](float measure) {
     kernel.CategoryProbabilities(scale, type, top, measure);
-    residual = target;
+    float residual = target;
     for (std::int32_t k = 0; k <= last; ++k) residual -= kernel.Probability(k);
-    move = search.Move(residual);
-    measure -= move;
-  }
-  return measure;
+    return residual;
+  });
 }
 
 }  // namespace tessaly

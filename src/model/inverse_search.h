@@ -15,7 +15,8 @@ struct ScoreSearch {
   float Probability = 0;
 };
 
-/// The measure whose expected score (ordinal) is `score`, to within 0.01 score points in at most 100 rounds.
+/// The measure whose expected score (ordinal) is `score`, to the last digit of a single; a far end of the line for a
+/// score that is out of reach.
 ScoreSearch MeasureForScore(ResponseKernel& kernel, ScaleNumber scale, ModelType type, std::int32_t top, float score);
 
 /// The measure (logit) at which the probability of `category` (rounded half up) or lower is `target`.

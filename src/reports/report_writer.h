@@ -25,6 +25,7 @@ class ReportWriter {
   /// Opens `path`; its name and `ASCII=` decide the form. Throws `Halt` with the system's error.
   void OpenReportFile(const std::string& path);
   bool IsOpen() const { return file_.has_value(); }
+  ReportForm Form() const { return form_; }
   /// Throws `Halt` with the system's error if the report could not be written in full.
   void CloseReportFile();
 

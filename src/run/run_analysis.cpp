@@ -27,6 +27,7 @@
 #include "reports/table4_unexpected.h"
 #include "reports/table5_data_fit.h"
 #include "reports/table7_measurements.h"
+#include "reports/table8_categories.h"
 #include "reports/table_frame.h"
 #include "run/specification_file.h"
 #include "spec/file_names.h"
@@ -236,6 +237,8 @@ class AnalysisRun {
     report_.SelectTable(7);
     if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
       MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+    report_.SelectTable(8);
+    if (report_.Wants(8)) CategoryReport(analysis_.Settings.T8NBC, analysis_, *kernel_, report_, console_);
     report_.SelectTable(4);
     if (report_.Wants(4)) UnexpectedTables(*unexpected_, analysis_, report_, console_);
   }

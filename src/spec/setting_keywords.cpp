@@ -176,7 +176,7 @@ void ReadT3onscreen(SpecContext& context, const SplitLine& line) {
 }
 
 void ReadT8(SpecContext& context, const SplitLine& line) {
-  context.Analysis.Settings.T8NBC = UpperAscii(Joined(line.Values, ""));
+  context.Analysis.Settings.T8NBC = UpperAscii(Joined(line.Values, ","));
 }
 
 void ReadTables(SpecContext& context, const SplitLine& line) {

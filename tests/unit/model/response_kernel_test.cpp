@@ -175,11 +175,11 @@ TEST(InverseSearch, FindsTheMeasureOfAScoreAndOfACumulativeProbability) {
       const ScoreSearch found = MeasureForScore(kernel, kScale, model.Type, model.Top, score);
       const auto nearest = static_cast<std::int32_t>(std::lround(score));
       EXPECT_NEAR(double{kernel.CategoryProbabilities(kScale, model.Type, model.Top, found.Measure)}, double{score},
-                  0.011);
-      EXPECT_NEAR(double{found.Probability}, double{kernel.Probability(nearest)}, 0.02);
+                  1e-5);
+      EXPECT_NEAR(double{found.Probability}, double{kernel.Probability(nearest)}, 1e-6);
       const float at = MeasureForCumulative(kernel, kScale, model.Type, model.Top, 0.4F, share);
       kernel.CategoryProbabilities(kScale, model.Type, model.Top, at);
-      EXPECT_NEAR(double{kernel.Probability(0)}, double{share}, 0.011);
+      EXPECT_NEAR(double{kernel.Probability(0)}, double{share}, 1e-5);
     }
     // A score nobody can have: the search ends all the same, far out.
     EXPECT_LT(MeasureForScore(kernel, kScale, model.Type, model.Top, -1).Measure, -5);
