@@ -65,7 +65,8 @@ std::vector<Item> ShownItems(const Settings& settings) {
   std::vector<Item> items = {
       {settings.Uscale == 1 ? "Logit:" : "Measure:", true, Axis::Measure, Estimated,
        [](View e) { return e.Settings.UserMeasure(e.Measure); }},
-      {"S.E.:", false, Axis::StandardError, Estimated, [](View e) { return e.Settings.UserSpread(e.Fit.StandardError); }},
+      {"S.E.:", false, Axis::StandardError, Estimated,
+       [](View e) { return e.Settings.UserSpread(e.Fit.StandardError); }},
       {"Infit MnSq:", true, Axis::MeanSquare, Fitted, [](View e) { return e.Fit.InfitMeanSquare; }},
       {"Outfit MnSq:", true, Axis::MeanSquare, Fitted, [](View e) { return e.Fit.OutfitMeanSquare; }},
       {"Infit ZStd:", true, Axis::ZStd, Fitted, [](View e) { return e.Fit.InfitZStd; }},

@@ -26,6 +26,7 @@
 #include "reports/table3_iterations.h"
 #include "reports/table4_unexpected.h"
 #include "reports/table5_data_fit.h"
+#include "reports/table6_rulers.h"
 #include "reports/table7_measurements.h"
 #include "reports/table8_categories.h"
 #include "reports/table_frame.h"
@@ -244,10 +245,9 @@ class AnalysisRun {
   }
 
   void WriteTable6() {
-    const SubsetTable& subsets = analysis_.Subsets;
-    if (subsets.Disjoint())
-      report_.WriteTableLine("There are" + GeneralText(subsets.SubsetCount) +
-                             " disconnected subsets identified in Table 7.");
+    const Settings& settings = analysis_.Settings;
+    VerticalRulers(settings.VerticalSpec, settings.YardstickSpec, analysis_, *kernel_, report_, console_);
+    SubsetRulers(settings.VerticalSpec, settings.YardstickSpec, analysis_, *kernel_, report_, console_);
     FacetSummaries(analysis_, report_, console_);
   }
 
