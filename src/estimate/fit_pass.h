@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <utility>
 
 #include "data/observation_store.h"
 #include "estimate/cross_reference.h"
@@ -49,7 +50,7 @@ class FitPass {
   void Finish();
   const tessaly::DataFit& Data() const { return data_; }
   /// The observations of Table 4.
-  const UnexpectedList& Unexpected() const { return unexpected_; }
+  UnexpectedList Unexpected() && { return std::move(unexpected_); }
   /// What `Esubtotals=` asks for; nothing without it.
   const std::optional<ElementCrossReference>& CrossReference() const { return crossReference_; }
 

@@ -20,6 +20,7 @@ void UnexpectedList::AddUnexpected(const Observation& obs, const ObservationFit&
   response.ZScore = fit.StandardizedResidual;
   response.ObservationIndex = obs.ObservationIndex;
   if (heap_.size() == most_) {
+    ++droppedCount_;
     if (!Worse(response, heap_.front())) return;
     std::pop_heap(heap_.begin(), heap_.end(), Worse);
     // The memory of the one that goes serves the one that comes.

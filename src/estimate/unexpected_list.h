@@ -34,6 +34,8 @@ class UnexpectedList {
   /// In descending order.
   std::vector<UnexpectedResponse> Sorted() const;
   float Least() const { return least_; }
+  /// Observations of at least that |z| for which there was no room.
+  std::int64_t DroppedCount() const { return droppedCount_; }
 
  private:
   /// Whether `a` stands before `b`.
@@ -41,6 +43,7 @@ class UnexpectedList {
 
   float least_;
   std::size_t most_;
+  std::int64_t droppedCount_ = 0;
   /// A heap with the mildest on top.
   std::vector<UnexpectedResponse> heap_;
 };

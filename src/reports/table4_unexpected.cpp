@@ -29,7 +29,7 @@ class UnexpectedTable {
     layout_ = BuildShortLayout(Joined(heads_, ""), settings_.LeftHand, settings_.Encoding);
   }
 
-  void Write(const std::string& heading, const std::vector<UnexpectedResponse>& responses, float least) {
+  void Write(const std::string& heading, const std::vector<UnexpectedResponse>& responses, const UnexpectedList& list) {
     frame_.StartTable(heading);
     frame_.BeginColumns({layout_.Heading}, layout_.RuleTemplate);
     for (const UnexpectedResponse& response : responses) {
@@ -37,12 +37,16 @@ class UnexpectedTable {
       frame_.WriteRow(Row(response));
     }
     if (responses.empty()) {
-      report_.WriteTableLine(NothingFound(least));
+      report_.WriteTableLine(NothingFound(list.Least()));
     } else {
       frame_.WriteRule(RuleKind::Middle);
       report_.WriteTableLine(layout_.Heading);
     }
     frame_.CloseTable();
+    // A table that is cut must not look complete.
+    if (list.DroppedCount() > 0)
+      report_.WriteTableLine("T4MAX=" + BareText(settings_.T4Max) + ":" + GeneralText(list.DroppedCount()) +
+                             " more unexpected responses are not listed");
   }
 
  private:
@@ -90,6 +94,10 @@ class UnexpectedTable {
 
 }  // namespace
 
+bool WantsUnexpectedTables(const Settings& settings) {
+  return settings.T4Max > 0 && !ParseUsort(settings.USort).empty();
+}
+
 void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, Console& console) {
   if (analysis.Settings.T4Max == 0) {
     console.ShowMessage("Table 4 not output. T4maximum = 0");
@@ -103,7 +111,7 @@ void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, Repo
     const std::string wording = order.Wording.empty() ? "order in data" : order.Wording;
     table.Write("Table 4." + BareText(++subTable) + " Unexpected Responses (" +
                     BareText(static_cast<std::int64_t>(responses.size())) + " residuals sorted by " + wording + ")",
-                responses, list.Least());
+                responses, list);
   }
 }
 

@@ -8,6 +8,9 @@
 
 namespace tessaly {
 
+/// Whether `T4MAX=` and `Usort=` leave any table to be written.
+bool WantsUnexpectedTables(const Settings& settings);
+
 /// Writes a table for each order of `Usort=`.
 void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, Console& console);
 

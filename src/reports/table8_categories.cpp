@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "reports/reported_scale.h"
 #include "reports/scale_structure.h"
 #include "reports/table_frame.h"
+#include "support/bytes.h"
 #include "support/number_text.h"
 
 namespace tessaly {
@@ -27,21 +29,25 @@ class Options {
   explicit Options(std::string_view text)
       : Numbers(text.find('N') != text.npos), Bars(text.find('B') != text.npos), Curves(text.find('C') != text.npos) {
     const std::size_t plus = text.find('+');
-    if (plus != text.npos) scales_ = "," + std::string(text.substr(plus + 1)) + ",";
+    if (plus == text.npos) return;
+    scales_.emplace();
+    for (const std::string_view item : SplitAt(text.substr(plus + 1), ',')) {
+      const IntegerReading number = ParseInt(TrimBlanks(item), kHighestElementNumber);
+      if (number.Good()) scales_->insert(number.Value);
+    }
   }
 
   bool Any() const { return Numbers || Bars || Curves; }
   /// Scales are numbered from 1 in the order of the reports.
-  bool Selects(std::int32_t number) const {
-    return !scales_ || scales_->find("," + BareText(number) + ",") != std::string::npos;
-  }
+  bool Selects(std::int32_t number) const { return !scales_ || scales_->count(number) > 0; }
 
   const bool Numbers;
   const bool Bars;
   const bool Curves;
 
  private:
-  std::optional<std::string> scales_;
+  /// Nothing for all scales.
+  std::optional<std::set<std::int32_t>> scales_;
 };
 
 /// The step or the slope of a model of counts, as a line.

@@ -211,7 +211,7 @@ class AnalysisRun {
     WriteDataFit(fit.Data());
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
-    unexpected_.emplace(fit.Unexpected());
+    unexpected_.emplace(std::move(fit).Unexpected());
   }
 
   void CompareRaters() {
@@ -223,7 +223,7 @@ class AnalysisRun {
 
   void WriteDataFit(const DataFit& fit) {
     report_.SelectTable(4);
-    if (report_.Wants(4))
+    if (report_.Wants(4) && WantsUnexpectedTables(analysis_.Settings))
       TableFrame(report_, analysis_.Settings, console_)
           .StartTable("Table 4. Unexpected Responses - appears after Table 8");
     report_.SelectTable(5);
