@@ -32,8 +32,9 @@ class Options {
     if (plus == text.npos) return;
     scales_.emplace();
     for (const std::string_view item : SplitAt(text.substr(plus + 1), ',')) {
-      const IntegerReading number = ParseInt(TrimBlanks(item), kHighestElementNumber);
-      if (number.Good()) scales_->insert(number.Value);
+      const std::string_view digits = TrimBlanks(item);
+      const IntegerReading number = ParseInt(digits, kHighestElementNumber);
+      if (number.Good() && !digits.empty() && IsDigit(digits.front())) scales_->insert(number.Value);
     }
   }
 
