@@ -7,7 +7,8 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::string_view kWebpageStart = "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New'>";
+/// The generic name stands last: where none of the others is installed, columns would not line up without it.
+constexpr std::string_view kWebpageStart = "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New, monospace'>";
 constexpr std::string_view kLineEnd = "\r\n";
 
 ReportForm FormOf(const std::string& path, char asciiOption) {

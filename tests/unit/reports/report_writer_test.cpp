@@ -23,7 +23,7 @@ std::string Written(const Settings& settings, const std::string& name, const std
 }
 
 TEST(ReportWriter, NameAndSettingDecideTheForm) {
-  const std::string start = "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New'>";
+  const std::string start = "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New, monospace'>";
   struct Case {
     char Ascii;
     bool Boxes;
