@@ -7,8 +7,12 @@ namespace tessaly {
 
 namespace {
 
-double Spread(float squares, float sum, float n) {
-  return static_cast<double>(squares) - static_cast<double>(sum) * static_cast<double>(sum) / static_cast<double>(n);
+/// Spreads below this share of their sum of squares are rounding: nothing varies.
+constexpr double kRounding = 1e-12;
+
+double Spread(double squares, double sum, double n) {
+  const double spread = squares - sum * sum / n;
+  return spread > kRounding * squares ? spread : 0;
 }
 
 float Ratio(double covariance, double spreads) {
@@ -16,18 +20,18 @@ float Ratio(double covariance, double spreads) {
   return static_cast<float>(std::clamp(covariance / std::sqrt(spreads), -1.0, 1.0));
 }
 
-double Covariance(float products, float x, float y, float n) {
-  return static_cast<double>(products) - static_cast<double>(x) * static_cast<double>(y) / static_cast<double>(n);
+double Covariance(double products, double x, double y, double n) {
+  return products - x * y / n;
 }
 
 }  // namespace
 
 void CorrelationSums::Add(const Observation& obs, const ResponseMoments& moments) {
-  const float w = obs.ObsWeight;
-  const auto top = static_cast<float>(obs.CurrentTop);
-  const float x = obs.MeasureSum;
-  const float y = static_cast<float>(obs.ObsOrdinal) / top;
-  const float e = moments.ExpectedResponse / top;
+  const double w = static_cast<double>(obs.ObsWeight);
+  const double top = obs.CurrentTop;
+  const double x = static_cast<double>(obs.MeasureSum);
+  const double y = obs.ObsOrdinal / top;
+  const double e = static_cast<double>(moments.ExpectedResponse) / top;
   SumX += w * x;
   SumXX += w * x * x;
   SumY += w * y;
@@ -36,7 +40,7 @@ void CorrelationSums::Add(const Observation& obs, const ResponseMoments& moments
   SumW += w;
   SumE += w * e;
   SumEE += w * e * e;
-  SumV += w * moments.ResponseVariance / (top * top);
+  SumV += w * static_cast<double>(moments.ResponseVariance) / (top * top);
   SumXE += w * x * e;
 }
 
@@ -51,8 +55,7 @@ float CorrelationSums::PointMeasure() const {
 
 float CorrelationSums::ExpectedPointMeasure() const {
   if (!(SumW > 0)) return 0;
-  const double n = static_cast<double>(SumW);
-  const double spreadE = Spread(SumEE, SumE, SumW) + std::max(n - 2, 0.0) * static_cast<double>(SumV) / n;
+  const double spreadE = Spread(SumEE, SumE, SumW) + std::max(SumW - 2, 0.0) * SumV / SumW;
   return Ratio(Covariance(SumXE, SumX, SumE, SumW), spreadE * SpreadX());
 }
 

@@ -7,18 +7,19 @@
 namespace tessaly {
 
 /// Weighted sums over the observations of one element: x the net measure of the observation (logit), y its response and
-/// e the expected response as parts of the top category, v the variance of the response on that scale.
+/// e the expected response as parts of the top category, v the variance of the response on that scale. In double:
+/// spreads are small differences of large sums.
 struct CorrelationSums {
-  float SumX = 0;
-  float SumXX = 0;
-  float SumY = 0;
-  float SumYY = 0;
-  float SumXY = 0;
-  float SumW = 0;
-  float SumE = 0;
-  float SumEE = 0;
-  float SumV = 0;
-  float SumXE = 0;
+  double SumX = 0;
+  double SumXX = 0;
+  double SumY = 0;
+  double SumYY = 0;
+  double SumXY = 0;
+  double SumW = 0;
+  double SumE = 0;
+  double SumEE = 0;
+  double SumV = 0;
+  double SumXE = 0;
 
   void Add(const Observation& obs, const ResponseMoments& moments);
   /// Correlation of y with x; 0 where one of them does not vary.

@@ -9,11 +9,13 @@ namespace {
 
 /// Counts of a Poisson scale have no top of their own.
 constexpr std::int32_t kPoissonTop = 255;
+/// Spreads below this share of their sum of squares are rounding: nothing varies.
+constexpr double kRounding = 1e-12;
 
 /// The response as the element at this position sees it.
-float ResponseAt(const ObservedElement& own, const Observation& obs) {
+double ResponseAt(const ObservedElement& own, const Observation& obs) {
   const std::int32_t top = obs.CurrentType == ModelType::Poisson ? kPoissonTop : obs.CurrentTop;
-  return static_cast<float>(own.Negative ? top - obs.ObsResponse : obs.ObsResponse);
+  return own.Negative ? top - obs.ObsResponse : obs.ObsResponse;
 }
 
 }  // namespace
@@ -30,8 +32,9 @@ void PointBiserial::CountsForCorrelation() {
     for (const ObservedElement& own : obs.Elements) {
       if (own.CurrentElement == kNoElement) continue;
       Totals& totals = totals_[own.CurrentElement];
-      totals.ObservedCount += obs.ObsWeight;
-      totals.ObservedScore += static_cast<double>(obs.ObsWeight * ResponseAt(own, obs));
+      const double w = static_cast<double>(obs.ObsWeight);
+      totals.ObservedCount += w;
+      totals.ObservedScore += w * ResponseAt(own, obs);
     }
   }
 }
@@ -83,37 +86,39 @@ void PointBiserial::ListElements(const Observation& obs) {
 void PointBiserial::AddPairs(const Observation& obs) {
   for (const ObservedElement* const own : listed_) {
     PairSums& sums = sums_[own->CurrentElement];
-    const float x = ResponseAt(*own, obs);
+    const double x = ResponseAt(*own, obs);
     for (const ObservedElement* const other : listed_)
-      if (other != own) AddPair(sums, x, totals_[other->CurrentElement], obs.ObsWeight);
+      if (other != own) AddPair(sums, x, totals_[other->CurrentElement], static_cast<double>(obs.ObsWeight));
   }
 }
 
-void PointBiserial::AddPair(PairSums& sums, float x, const Totals& partner, float w) const {
-  float y = 0;
+void PointBiserial::AddPair(PairSums& sums, double x, const Totals& partner, double w) const {
+  double y = 0;
   if (analysis_.Settings.PtBiserial == 'Y') {
-    const float others = partner.ObservedCount - w;
+    const double others = partner.ObservedCount - w;
     if (!(others > 0)) return;
-    y = static_cast<float>((partner.ObservedScore - static_cast<double>(x * w)) / static_cast<double>(others));
+    y = (partner.ObservedScore - x * w) / others;
   } else {
-    y = static_cast<float>(partner.ObservedScore / static_cast<double>(partner.ObservedCount));
+    y = partner.ObservedScore / partner.ObservedCount;
   }
   if (y < 0) return;
   sums.N += w;
   sums.X += w * x;
   sums.XX += w * x * x;
   sums.Y += w * y;
-  sums.YY += static_cast<double>(w * y * y);
-  sums.XY += static_cast<double>(w * x * y);
+  sums.YY += w * y * y;
+  sums.XY += w * x * y;
 }
 
 float PointBiserial::Correlation(const PairSums& sums) const {
-  const auto n = static_cast<double>(sums.N);
-  const auto x = static_cast<double>(sums.X);
-  const auto y = static_cast<double>(sums.Y);
-  const double spread = (n * sums.YY - y * y) * (n * static_cast<double>(sums.XX) - x * x);
-  if (!(spread > static_cast<double>(analysis_.Settings.SmallestNumber))) return 0;
-  return static_cast<float>(std::clamp((n * sums.XY - y * x) / std::sqrt(spread), -1.0, 1.0));
+  const auto spread = [&](double squares, double sum) {
+    const double scaled = sums.N * squares;
+    const double difference = scaled - sum * sum;
+    return difference > kRounding * scaled ? difference : 0.0;
+  };
+  const double spreads = spread(sums.YY, sums.Y) * spread(sums.XX, sums.X);
+  if (!(spreads > static_cast<double>(analysis_.Settings.SmallestNumber))) return 0;
+  return static_cast<float>(std::clamp((sums.N * sums.XY - sums.Y * sums.X) / std::sqrt(spreads), -1.0, 1.0));
 }
 
 }  // namespace tessaly

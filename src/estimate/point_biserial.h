@@ -25,15 +25,16 @@ class PointBiserial {
 
  private:
   struct Totals {
-    float ObservedCount = 0;
+    double ObservedCount = 0;
     double ObservedScore = 0;
   };
-  /// Weighted sums over pairs of an element's response x and another element's mean y.
+  /// Weighted sums over pairs of an element's response x and another element's mean y. In double: spreads are small
+  /// differences of large sums.
   struct PairSums {
-    float N = 0;
-    float X = 0;
-    float XX = 0;
-    float Y = 0;
+    double N = 0;
+    double X = 0;
+    double XX = 0;
+    double Y = 0;
     double YY = 0;
     double XY = 0;
   };
@@ -41,7 +42,7 @@ class PointBiserial {
   bool MarkFacets();
   void ListElements(const Observation& obs);
   void AddPairs(const Observation& obs);
-  void AddPair(PairSums& sums, float x, const Totals& partner, float w) const;
+  void AddPair(PairSums& sums, double x, const Totals& partner, double w) const;
   float Correlation(const PairSums& sums) const;
 
   Analysis& analysis_;

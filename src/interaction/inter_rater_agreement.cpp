@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <new>
+#include <numeric>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,7 +30,8 @@ struct RatedRow {
   ScaleNumber ObsScale{0};
   ModelType ObsType = ModelType::RatingScale;
   std::int16_t ObsTop = 0;
-  std::int16_t ObsOrdinal = 0;
+  /// Raw category: scales of their own may close up unused categories differently.
+  std::int16_t ObsResponse = 0;
   /// The model says what to expect: all elements are measurable.
   bool Modelled = false;
   float ObsWeight = 1;
@@ -53,11 +55,12 @@ class RatingSums {
     Weight = 0;
     Categories.clear();
   }
-  void Add(const RatedRow& row, ResponseKernel& kernel) {
+  /// `rawCategory`: by ordinal of the row's scale.
+  void Add(const RatedRow& row, const std::vector<std::int16_t>& rawCategory, ResponseKernel& kernel) {
     const double w = static_cast<double>(row.ObsWeight);
     Ratings += 1;
     Weight += w;
-    CategorySums& observed = At(row.ObsOrdinal);
+    CategorySums& observed = At(row.ObsResponse);
     observed.Observed += 1;
     observed.ObservedWeight += w;
     if (!row.Modelled) {
@@ -68,14 +71,15 @@ class RatingSums {
     kernel.CategoryProbabilities(row.ObsScale, row.ObsType, row.ObsTop, row.MeasureSum);
     for (std::int32_t k = row.ObsTop; k >= 0; --k) {
       const double p = static_cast<double>(kernel.Probability(k));
-      At(k).Expected += p;
-      At(k).ExpectedWeight += w * p;
+      CategorySums& sums = At(rawCategory[static_cast<std::size_t>(k)]);
+      sums.Expected += p;
+      sums.ExpectedWeight += w * p;
     }
   }
 
   double Ratings = 0;
   double Weight = 0;
-  /// By ordinal category; as long as the highest category met.
+  /// By raw category; as long as the highest category met.
   std::vector<CategorySums> Categories;
 
  private:
@@ -126,6 +130,7 @@ class AgreementCount {
     if (!MakeRoom())
       return NotComputed("Interrater=0 ; not enough allocatable memory available for " +
                          BareText(store_.ValidResponses()) + " observations");
+    ListCategories();
     Load();
     if (control_.FastForward) return {};
     if (rows_.empty()) return NotComputed("Interrater=0 ; no relevant observations");
@@ -170,6 +175,27 @@ class AgreementCount {
     return seen;
   }
 
+  /// The raw category of each ordinal, by scale.
+  void ListCategories() {
+    const ScaleTables& scales = analysis_.Scales;
+    rawCategories_.resize(static_cast<std::size_t>(scales.ScaleCount()));
+    for (const ScaleNumber scale : scales.Scales.all()) {
+      std::vector<std::int16_t>& raw = rawCategories_[static_cast<std::size_t>(scale.value)];
+      const auto top = static_cast<std::size_t>(std::max<std::int16_t>(scales.Scales[scale].ScaleTopCategory, 0));
+      raw.resize(top + 1);
+      std::iota(raw.begin(), raw.end(), std::int16_t{0});
+      if (analysis_.Models.Statements[scales.Scales[scale].ScaleModel].ModelType != ModelType::RatingScale) continue;
+      for (std::int32_t category = scales.CategoryOrdinal.Categories() - 1; category >= 0; --category) {
+        const std::int16_t ordinal = scales.CategoryOrdinal(scale, category);
+        if (ordinal >= 0 && static_cast<std::size_t>(ordinal) <= top)
+          raw[static_cast<std::size_t>(ordinal)] = static_cast<std::int16_t>(category);
+      }
+    }
+  }
+  const std::vector<std::int16_t>& RawCategories(const RatedRow& row) const {
+    return rawCategories_[static_cast<std::size_t>(row.ObsScale.value)];
+  }
+
   bool MakeRoom() {
     try {
       rows_.reserve(static_cast<std::size_t>(store_.ValidResponses()));
@@ -193,7 +219,7 @@ class AgreementCount {
       const ElementIndex rater = obs.Elements[raterPosition_].CurrentElement;
       if (!Relevant(obs) || rater == kNoElement) continue;
       rows_.push_back({things.KeyOf(obs), rater, obs.CurrentScale, obs.CurrentType,
-                       static_cast<std::int16_t>(obs.CurrentTop), static_cast<std::int16_t>(obs.ObsOrdinal),
+                       static_cast<std::int16_t>(obs.CurrentTop), static_cast<std::int16_t>(obs.ObsResponse),
                        obs.Status == ReadStatus::Usable, obs.ObsWeight, obs.MeasureSum});
     }
   }
@@ -232,11 +258,12 @@ class AgreementCount {
   void MatchThing(std::span<const RatedRow> ratings, Agreement& agreement) {
     if (ratings.front().Rater == ratings.back().Rater) return;
     all_.Clear();
-    for (const RatedRow& row : ratings) all_.Add(row, kernel_);
+    for (const RatedRow& row : ratings) all_.Add(row, RawCategories(row), kernel_);
     for (std::size_t at = 0; at < ratings.size();) {
       const ElementIndex rater = ratings[at].Rater;
       own_.Clear();
-      for (; at < ratings.size() && ratings[at].Rater == rater; ++at) own_.Add(ratings[at], kernel_);
+      for (; at < ratings.size() && ratings[at].Rater == rater; ++at)
+        own_.Add(ratings[at], RawCategories(ratings[at]), kernel_);
       const Counts pairs = PairsWithOthers(own_, all_);
       Counts& counts = perRater_[static_cast<std::size_t>(rater.value - agreement.FirstRater.value)];
       counts.Opportunities += pairs.Opportunities;
@@ -266,6 +293,7 @@ class AgreementCount {
   /// Positions from 0.
   std::size_t raterPosition_ = 0;
   std::vector<std::size_t> matching_;
+  std::vector<std::vector<std::int16_t>> rawCategories_;
   std::vector<RatedRow> rows_;
   std::vector<Counts> perRater_;
   RatingSums all_;

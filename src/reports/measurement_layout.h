@@ -12,6 +12,11 @@ namespace tessaly {
 constexpr int kMeasureWidth = 6;
 constexpr int kErrorWidth = 5;
 
+/// Decimals of user units that such a column has room for: with more it would lose its leading digits without a sign.
+constexpr int DecimalsIn(int width, int decimals) {
+  return decimals < width ? decimals : width - 1;
+}
+
 /// Correlation columns of a measurement table.
 enum class CorrelationColumns { None, PointBiserial, PointBiserialIncluding, PointMeasure };
 

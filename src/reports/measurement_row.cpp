@@ -96,16 +96,19 @@ double MeasurementRows::FairAverage(ElementIndex element) const {
 }
 
 std::string MeasurementRows::Measure(ElementIndex element) const {
-  return FormatSingle(settings_.UserMeasure(elements_.ElementMeasure[element]), kMeasureWidth, settings_.Udecimals);
+  return FormatSingle(settings_.UserMeasure(elements_.ElementMeasure[element]), kMeasureWidth,
+                      DecimalsIn(kMeasureWidth, settings_.Udecimals));
 }
 
 std::string MeasurementRows::StandardError(ElementIndex element) const {
-  return FormatSingle(settings_.UserSpread(elements_.Fit[element].StandardError), kErrorWidth, settings_.Udecimals);
+  return FormatSingle(settings_.UserSpread(elements_.Fit[element].StandardError), kErrorWidth,
+                      DecimalsIn(kErrorWidth, settings_.Udecimals));
 }
 
 std::string MeasurementRows::DisplacementText(float displacement) const {
   const float orientation = facet_.FacetPositive ? 1.0F : -1.0F;
-  return FormatSingle(settings_.Uscale * displacement * orientation, kMeasureWidth, settings_.Udecimals);
+  return FormatSingle(settings_.Uscale * displacement * orientation, kMeasureWidth,
+                      DecimalsIn(kMeasureWidth, settings_.Udecimals));
 }
 
 bool MeasurementRows::DisplacementIsNotable(ElementIndex element) const {

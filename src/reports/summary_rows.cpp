@@ -40,8 +40,10 @@ class SummaryRow {
     for (const RunningMoments* const moments : {&rows.Score, &rows.Count, &rows.Average, &rows.FairAverage})
       word.EditDouble(figure(*moments));
     const MeasureSummary& wide = summaries_.Wide;
-    word.EditText(FormatNumber(InUserUnits(kind, figure(wide.Measure)), kMeasureWidth, settings_.Udecimals));
-    word.EditText(FormatNumber(Spread(figure(wide.StandardError)), kErrorWidth, settings_.Udecimals));
+    word.EditText(FormatNumber(InUserUnits(kind, figure(wide.Measure)), kMeasureWidth,
+                               DecimalsIn(kMeasureWidth, settings_.Udecimals)));
+    word.EditText(
+        FormatNumber(Spread(figure(wide.StandardError)), kErrorWidth, DecimalsIn(kErrorWidth, settings_.Udecimals)));
     const MeasureSummary& active = summaries_.Active;
     for (const RunningMoments* const moments :
          {&active.InfitMeanSquare, &active.InfitZStd, &active.OutfitMeanSquare, &active.OutfitZStd})

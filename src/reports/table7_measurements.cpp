@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <vector>
 
 #include "reports/arrangement.h"
@@ -55,22 +56,19 @@ class FacetTables {
  private:
   /// The groups that get tables of their own; 0 is the whole facet.
   void FindGroups() {
-    std::int32_t lowest = 0;
-    bool any = false;
+    std::set<std::int32_t> met;
     for (const ElementIndex element : facet_.Elements()) {
       if (analysis_.Elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
-      const std::int32_t group = std::abs(analysis_.Elements.ElementGroup[element]);
-      lowest = any ? std::min(lowest, group) : group;
-      highestGroup_ = std::max(highestGroup_, group);
-      any = true;
+      met.insert(std::abs(analysis_.Elements.ElementGroup[element]));
     }
-    if (!any) return;
-    groupsDiffer_ = lowest != highestGroup_;
+    if (met.empty()) return;
+    highestGroup_ = *met.rbegin();
+    groupsDiffer_ = met.size() > 1;
     if (!groupsDiffer_ || facet_.HasFlag(kNoGroupTables)) {
-      groups_ = {groupsDiffer_ ? 0 : lowest};
+      groups_ = {groupsDiffer_ ? 0 : highestGroup_};
       return;
     }
-    for (std::int32_t group = lowest; group <= highestGroup_; ++group) groups_.push_back(group);
+    groups_.assign(met.begin(), met.end());
   }
 
   bool InGroup(ElementIndex element, std::int32_t group) const {

@@ -10,6 +10,7 @@ namespace {
 
 constexpr char kNewPageMark = '^';
 constexpr char kFormFeed = '\f';
+constexpr std::int32_t kRowsBetweenPolls = 1000;
 
 }  // namespace
 
@@ -19,6 +20,7 @@ void TableFrame::StartTable(std::string_view heading) {
 }
 
 void TableFrame::WriteTableTitle(std::string_view heading) {
+  console_.ShowProgress("", false);
   std::string title = settings_.Title;
   if (!title.empty() && title.front() == kNewPageMark) title.front() = kFormFeed;
   report_.WriteTableLine("");
@@ -52,6 +54,8 @@ void TableFrame::RepeatColumns() {
 void TableFrame::WriteRow(std::string_view line) {
   report_.WriteTableLine(line);
   ++linesSinceHeading_;
+  // Long tables can be left.
+  if (linesSinceHeading_ % kRowsBetweenPolls == 0) console_.ShowProgress("", false);
 }
 
 void TableFrame::WriteRule(RuleKind kind) {

@@ -215,6 +215,8 @@ class AnalysisRun {
   }
 
   void CompareRaters() {
+    // A request that came during the fit pass had nothing to finish.
+    control_.FastForward = false;
     analysis_.Agreement = InterRaterAgreement(analysis_, *store_, *kernel_, control_, console_);
     if (!control_.FastForward) return;
     control_.FastForward = false;
