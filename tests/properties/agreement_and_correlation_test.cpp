@@ -134,6 +134,25 @@ TEST(Agreement, CountsAllPairs) {
   EXPECT_GT(checked, 30);
 }
 
+// Each rater has a scale, and rater 2 never gives the lowest category: closed up, that scale counts from 0 all the
+// same.
+TEST(Agreement, RatingsOfDifferentScalesAreEqualAsGiven) {
+  std::mt19937 random(3);
+  Design design({12, 2, 3}, "?,#,?,R3");
+  double equal = 0;
+  for (int person = 1; person <= 12; ++person)
+    for (int item = 1; item <= 3; ++item) {
+      const int first = static_cast<int>(random() % 4);
+      const int second = std::max(1, first - static_cast<int>(random() % 2));
+      design.Ratings.push_back({{person, 1, item}, first});
+      design.Ratings.push_back({{person, 2, item}, second});
+      equal += first == second ? 1 : 0;
+    }
+  const FinishedAnalysis run = design.Run({"Inter-rater=2", "Tables=N"});
+  EXPECT_EQ(run.A.Agreement.AgreementOpportunities, 36);
+  EXPECT_EQ(run.A.Agreement.ExactAgreements, equal);
+}
+
 TEST(Agreement, WhatCannotBeComparedIsToldAndTheAnalysisGoesOn) {
   const Design design = SimulatedDesign({8, 4, 3}, 2, 5);
   const FinishedAnalysis beyond = design.Run({"Inter-rater=7"});
