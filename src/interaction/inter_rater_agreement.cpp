@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <new>
-#include <numeric>
 #include <optional>
 #include <span>
 #include <string>
@@ -56,7 +55,7 @@ class RatingSums {
     Categories.clear();
   }
   /// `rawCategory`: by ordinal of the row's scale.
-  void Add(const RatedRow& row, const std::vector<std::int16_t>& rawCategory, ResponseKernel& kernel) {
+  void Add(const RatedRow& row, const std::vector<std::int32_t>& rawCategory, ResponseKernel& kernel) {
     const double w = static_cast<double>(row.ObsWeight);
     Ratings += 1;
     Weight += w;
@@ -130,7 +129,8 @@ class AgreementCount {
     if (!MakeRoom())
       return NotComputed("Interrater=0 ; not enough allocatable memory available for " +
                          BareText(store_.ValidResponses()) + " observations");
-    ListCategories();
+    for (const ScaleNumber scale : analysis_.Scales.Scales.all())
+      rawCategories_.push_back(analysis_.Scales.RawCategories(scale));
     Load();
     if (control_.FastForward) return {};
     if (rows_.empty()) return NotComputed("Interrater=0 ; no relevant observations");
@@ -175,24 +175,7 @@ class AgreementCount {
     return seen;
   }
 
-  /// The raw category of each ordinal, by scale.
-  void ListCategories() {
-    const ScaleTables& scales = analysis_.Scales;
-    rawCategories_.resize(static_cast<std::size_t>(scales.ScaleCount()));
-    for (const ScaleNumber scale : scales.Scales.all()) {
-      std::vector<std::int16_t>& raw = rawCategories_[static_cast<std::size_t>(scale.value)];
-      const auto top = static_cast<std::size_t>(std::max<std::int16_t>(scales.Scales[scale].ScaleTopCategory, 0));
-      raw.resize(top + 1);
-      std::iota(raw.begin(), raw.end(), std::int16_t{0});
-      if (analysis_.Models.Statements[scales.Scales[scale].ScaleModel].ModelType != ModelType::RatingScale) continue;
-      for (std::int32_t category = scales.CategoryOrdinal.Categories() - 1; category >= 0; --category) {
-        const std::int16_t ordinal = scales.CategoryOrdinal(scale, category);
-        if (ordinal >= 0 && static_cast<std::size_t>(ordinal) <= top)
-          raw[static_cast<std::size_t>(ordinal)] = static_cast<std::int16_t>(category);
-      }
-    }
-  }
-  const std::vector<std::int16_t>& RawCategories(const RatedRow& row) const {
+  const std::vector<std::int32_t>& RawCategories(const RatedRow& row) const {
     return rawCategories_[static_cast<std::size_t>(row.ObsScale.value)];
   }
 
@@ -293,7 +276,8 @@ class AgreementCount {
   /// Positions from 0.
   std::size_t raterPosition_ = 0;
   std::vector<std::size_t> matching_;
-  std::vector<std::vector<std::int16_t>> rawCategories_;
+  /// By scale.
+  std::vector<std::vector<std::int32_t>> rawCategories_;
   std::vector<RatedRow> rows_;
   std::vector<Counts> perRater_;
   RatingSums all_;

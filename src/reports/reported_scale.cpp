@@ -1,7 +1,6 @@
 #include "reports/reported_scale.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "support/bytes.h"
 
@@ -16,12 +15,7 @@ ReportedScale DescribeScale(ScaleNumber scale, const Analysis& analysis) {
   reported.Top = scales.Scales[scale].ScaleTopCategory;
   if (statement.ModelDefinition != kNoDefinition)
     reported.Definition = &analysis.Models.Definitions[statement.ModelDefinition];
-  reported.RawCategory.resize(static_cast<std::size_t>(reported.Top) + 1);
-  std::iota(reported.RawCategory.begin(), reported.RawCategory.end(), 0);
-  for (std::int32_t raw = scales.TopCategory; raw >= 0; --raw) {
-    const std::int32_t ordinal = scales.CategoryOrdinal(scale, raw);
-    if (ordinal >= 0 && ordinal <= reported.Top) reported.RawCategory[static_cast<std::size_t>(ordinal)] = raw;
-  }
+  reported.RawCategory = scales.RawCategories(scale);
   return reported;
 }
 

@@ -1,8 +1,10 @@
 // Scales and their category tables: what estimation and all category reports work on.
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 #include "state/indexes.h"
@@ -116,6 +118,17 @@ struct ScaleTables {
   bool PoissonUsed = false;
 
   std::int32_t ScaleCount() const { return Scales.size(); }
+  /// The raw category of each ordinal of a scale, 0 to its top.
+  std::vector<std::int32_t> RawCategories(ScaleNumber scale) const {
+    const std::int32_t top = std::max<std::int32_t>(Scales[scale].ScaleTopCategory, 0);
+    std::vector<std::int32_t> raw(static_cast<std::size_t>(top) + 1);
+    std::iota(raw.begin(), raw.end(), 0);
+    for (std::int32_t category = CategoryOrdinal.Categories() - 1; category >= 0; --category) {
+      const std::int32_t ordinal = CategoryOrdinal(scale, category);
+      if (ordinal >= 0 && ordinal <= top) raw[static_cast<std::size_t>(ordinal)] = category;
+    }
+    return raw;
+  }
 };
 
 }  // namespace tessaly
