@@ -6,6 +6,7 @@
 
 #include "data/observation_pass.h"
 #include "estimate/moments.h"
+#include "estimate/observation_fit.h"
 
 namespace tessaly {
 
@@ -23,6 +24,11 @@ struct DataFit {
   std::array<RunningMoments, 21> ResponsesByStatus;
   /// Parameters estimated from the responses of each `ReadStatus`.
   std::array<std::int32_t, 21> ParameterCount{};
+
+  /// Sum of the weights of the responses in the moments.
+  double Weight() const { return Summary[Response].N; }
+  /// Takes an observation whose elements are all measurable into the moments.
+  void AddToSummary(const Observation& obs, const ObservationFit& fit);
 
   static std::size_t Row(ReadStatus status) {
     return static_cast<std::size_t>(static_cast<std::int32_t>(status) + kStatusOffset);

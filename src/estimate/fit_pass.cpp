@@ -109,18 +109,13 @@ void FitPass::CountParameters() {
 }
 
 void FitPass::Add(const Observation& obs) {
-  const ObservationFit fit = FitOf(obs, analysis_.Scales, kernel_);
+  const ObservationFit fit = FitOf(obs, obs.MeasureSum, analysis_.Scales, kernel_);
   const double w = static_cast<double>(obs.ObsWeight);
   if (obs.Status == ReadStatus::Usable) {
     AddToCategories(obs, fit, kernel_, analysis_.Settings.SmallestNumber, analysis_.Scales);
     const float p = std::max(kernel_.Probability(obs.ObsOrdinal), analysis_.Settings.SmallestNumber);
     data_.LogLikelihood += w * std::log(static_cast<double>(p));
-    data_.Summary[DataFit::Response].AddWeighted(obs.ObsResponse, w);
-    data_.Summary[DataFit::Reported].AddWeighted(fit.ReportedResponse(obs), w);
-    data_.Summary[DataFit::Expected].AddWeighted(static_cast<double>(fit.ReportedExpectation()), w);
-    data_.Summary[DataFit::Residual].AddWeighted(static_cast<double>(fit.Moments.ResponseResidual), w);
-    data_.Summary[DataFit::StandardizedResidual].AddWeighted(static_cast<double>(fit.StandardizedResidual), w);
-    if (obs.ObsWeight != 1) data_.WeightedData = true;
+    data_.AddToSummary(obs, fit);
     unexpected_.AddUnexpected(obs, fit);
   }
   const LogOdds odds =

@@ -37,21 +37,24 @@ struct IterationSummary {
   double MaxCategoryResidual = 0;
   /// Count residual / observed count.
   float MaxCategoryFraction = 0;
+  /// Bias terms that have not met the criteria.
+  std::int32_t ActiveCells = 0;
 };
 
 /// Who or what a largest residual belongs to.
 struct ResidualDetail {
-  enum class Kind { Element, Step, BinomialDiscrimination, PoissonDiscrimination };
+  enum class Kind { Element, Step, BinomialDiscrimination, PoissonDiscrimination, BiasTerm };
   Kind What = Kind::Element;
   FacetNumber Facet{0};
   ElementIndex Element{0};
+  TermIndex Term{0};
   ScaleNumber Scale{0};
   std::int32_t Category = 0;
   double Observed = 0;
   double Expected = 0;
   double Residual = 0;
   float Fraction = 0;
-  /// Measure or step behind the change, and the change; logit.
+  /// Measure, step or bias size behind the change, and the change; logit.
   float Value = 0;
   float Change = 0;
   /// Score figures are only there in JMLE.
@@ -65,6 +68,9 @@ struct LargestResiduals {
   std::optional<ResidualDetail> Fraction;
 };
 
+/// Keeps of `detail`, which is of an element or a bias term, what is larger in size than all before it.
+void KeepLargest(const ResidualDetail& detail, IterationSummary& summary, LargestResiduals& largest);
+
 /// Who watches the iterations. The default watches nothing.
 class IterationListener {
  public:
@@ -72,7 +78,7 @@ class IterationListener {
   virtual void EstimationStarted() {}
   virtual void IterationStarted(std::int32_t /*iteration*/) {}
   virtual void StepsUpdated(const LargestResiduals& /*largest*/) {}
-  /// Moments of the measured elements of a facet, logit.
+  /// Moments of the measured elements of a facet, or (facet 0) of the sizes of the bias terms; logit.
   virtual void FacetUpdated(FacetNumber /*facet*/, const RunningMoments& /*measures*/) {}
   virtual void Iterated(const IterationSummary& /*summary*/, const LargestResiduals& /*largest*/) {}
   /// The facets of another priority follow.

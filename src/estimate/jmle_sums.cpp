@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "model/response_moments.h"
+
 namespace tessaly {
 
 void JmleSums::Add(const Observation& obs) {
@@ -12,7 +14,7 @@ void JmleSums::Add(const Observation& obs) {
                 kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum), 0};
   if (obs.CurrentTop > 1 && obs.Status == ReadStatus::Usable) AddCategories(obs);
   const float w = obs.ObsWeight;
-  const float information = Variance(obs, expected) * w;
+  const float information = EstimationVariance(kernel_, obs.CurrentTop, LastInVariance(obs), expected) * w;
   const auto expectedScore = static_cast<double>(expected * w);
   const auto probedScore = static_cast<double>(probed * w);
   for (std::size_t at = obs.Elements.size(); at-- > 0;) {
@@ -57,15 +59,10 @@ void JmleSums::AddDiscrimination(const Observation& obs) {
   scales_.CategoryInformation(obs.CurrentScale, 1) += (m2 - m1 * m1) * w;
 }
 
-float JmleSums::Variance(const Observation& obs, float expected) const {
-  if (obs.CurrentTop <= 1) return expected - expected * expected;
+std::int32_t JmleSums::LastInVariance(const Observation& obs) const {
+  if (obs.CurrentType != ModelType::Poisson) return obs.CurrentTop;
   // Poisson counts are summed beyond the highest category that the kernel computes for short scales; those are 0.
-  const std::int32_t last =
-      std::min(obs.CurrentType == ModelType::Poisson ? (obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop) : obs.CurrentTop,
-               kernel_.ComputedTop());
-  float squares = 0;
-  for (std::int32_t k = last; k >= 1; --k) squares += static_cast<float>(k * k) * kernel_.Probability(k);
-  return squares - expected * expected;
+  return std::min(obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop, kernel_.ComputedTop());
 }
 
 }  // namespace tessaly

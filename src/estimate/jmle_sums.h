@@ -21,7 +21,7 @@ class JmleSums {
  private:
   void AddCategories(const Observation& obs);
   void AddDiscrimination(const Observation& obs);
-  float Variance(const Observation& obs, float expected) const;
+  std::int32_t LastInVariance(const Observation& obs) const;
 
   float probe_;
   ResponseKernel& kernel_;

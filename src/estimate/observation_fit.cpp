@@ -60,10 +60,9 @@ void AddExpectedCounts(const Observation& obs, float expected, const ResponseKer
 
 }  // namespace
 
-ObservationFit FitOf(const Observation& obs, const ScaleTables& scales, ResponseKernel& kernel) {
+ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel) {
   ObservationFit fit;
-  const float expected =
-      kernel.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum);
+  const float expected = kernel.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, measure);
   fit.Moments = ObservationMoments(kernel, obs.CurrentTop, obs.ObsOrdinal, expected);
   if (obs.Status == ReadStatus::Usable)
     fit.StandardizedResidual = SignedRoot(fit.Moments.ResidualSquareZ, fit.Moments.ResponseResidual);

@@ -21,8 +21,8 @@ struct ObservationFit {
   std::int32_t ReportedResponse(const Observation& obs) const { return obs.ObsOrdinal + ReportingOffset; }
 };
 
-/// Fit of `obs`. Leaves the category probabilities at its measure in `kernel`.
-ObservationFit FitOf(const Observation& obs, const ScaleTables& scales, ResponseKernel& kernel);
+/// Fit of `obs` at `measure` (logit, net). Leaves the category probabilities there in `kernel`.
+ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel);
 
 /// Adds an observation whose elements are all measurable to the expected counts, information and statistics of the
 /// categories of its scale. The probabilities of `FitOf` must still stand in `kernel`.

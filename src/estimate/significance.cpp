@@ -11,6 +11,10 @@ namespace {
 constexpr double kLargestDeviate = 14.14;
 constexpr double kRootOfHalf = 0.7071067812;
 constexpr double kTwoOverPi = 2 * 0.3183098862;
+/// With more degrees of freedom than this Student's t is a unit normal deviate to six decimals, and its series long.
+constexpr std::int64_t kManyFreedom = 1000000;
+/// What an integer holds.
+constexpr double kMostFreedom = 1e15;
 /// Nearer than this to its centre, as a share of it, the approximation is its limit there: the formula would divide one
 /// rounding error by another.
 constexpr double kAtTheCentre = 1e-8;
@@ -44,6 +48,7 @@ float ChiSquareProbability(double chi, double freedom) {
 
 float StudentProbability(double t, std::int64_t freedom) {
   if (freedom < 1 || std::isinf(t)) return 0;
+  if (freedom > kManyFreedom) return static_cast<float>(std::erfc(std::fabs(t) * kRootOfHalf));
   const auto n = static_cast<double>(freedom);
   const double a = -std::fabs(t) / std::sqrt(n);
   const double b = n / (t * t + n);
@@ -57,6 +62,15 @@ float StudentProbability(double t, std::int64_t freedom) {
   }
   const double probability = parity == 1 ? 1 + kTwoOverPi * (std::atan(a) + b * a * sum) : 1 + std::sqrt(b) * a * sum;
   return static_cast<float>(std::max(probability, 0.0));
+}
+
+WelchResult WelchTest(double t, double n1, double n2, double e1, double e2) {
+  if (!(n1 > 1) || !(n2 > 1)) return {};
+  const double divisor = e2 * e2 * (n1 - 1) + e1 * e1 * (n2 - 1);
+  if (!(divisor > 0)) return {};
+  const double freedom = std::trunc((e1 + e2) * (e1 + e2) * (n1 - 1) * (n2 - 1) / divisor);
+  const auto whole = static_cast<std::int64_t>(std::min(freedom, kMostFreedom));
+  return {whole, StudentProbability(t, whole)};
 }
 
 }  // namespace tessaly

@@ -16,4 +16,17 @@ float ChiSquareProbability(double chi, double freedom);
 /// `freedom` is below 1.
 float StudentProbability(double t, std::int64_t freedom);
 
+/// A test of two values against each other.
+struct WelchResult {
+  /// Whole degrees of freedom.
+  std::int64_t Freedom = 0;
+  /// Two-sided.
+  float Probability = 0;
+};
+
+/// The test of `t`, the difference of two values from `n1` and `n2` observations over its standard error, with error
+/// variances `e1` and `e2`, which need not be equal (Welch 1947; Satterthwaite 1946). All 0 if a count is not above 1
+/// or there is no error.
+WelchResult WelchTest(double t, double n1, double n2, double e1, double e2);
+
 }  // namespace tessaly

@@ -186,10 +186,6 @@ void FacetUpdate::ApplyChange(ElementIndex element, const ElementStepResult& ste
                               LargestResiduals& largest) {
   float& measure = elements_.ElementMeasure[element];
   measure += step.Change;
-  const bool residual = LargerInSize(static_cast<double>(step.Residual), summary.MaxScoreResidual);
-  const bool fraction = LargerInSize(step.Fraction, summary.MaxResidualFraction);
-  const bool change = LargerInSize(step.Change, summary.MaxLogitChange);
-  if (!residual && !fraction && !change) return;
   const ElementRecord& record = elements_.ElementStats[element];
   ResidualDetail detail;
   detail.Facet = number_;
@@ -201,18 +197,7 @@ void FacetUpdate::ApplyChange(ElementIndex element, const ElementStepResult& ste
   detail.Value = measure;
   detail.Change = step.Change;
   detail.WithScores = rule_.Phase >= Phase::Jmle;
-  if (residual) {
-    summary.MaxScoreResidual = detail.Residual;
-    largest.Residual = detail;
-  }
-  if (fraction) {
-    summary.MaxResidualFraction = step.Fraction;
-    largest.Fraction = detail;
-  }
-  if (change) {
-    summary.MaxLogitChange = step.Change;
-    largest.Change = detail;
-  }
+  KeepLargest(detail, summary, largest);
 }
 
 void FacetUpdate::CheckRange(ElementIndex element, UpdateTrace& trace, Console& console) {

@@ -23,6 +23,15 @@ struct ResponseMoments {
   float ResidualVarianceTerm = 0;
 };
 
+/// V as the estimation takes it, sum of k^2 P(k) - E^2 over k = `last`..1, straight after
+/// `kernel.CategoryProbabilities` gave `expected` at `top`. E - E^2 for a dichotomy.
+inline float EstimationVariance(const ResponseKernel& kernel, std::int32_t top, std::int32_t last, float expected) {
+  if (top <= 1) return expected - expected * expected;
+  float squares = 0;
+  for (std::int32_t k = last; k >= 1; --k) squares += static_cast<float>(k * k) * kernel.Probability(k);
+  return squares - expected * expected;
+}
+
 /// The statistics of response `ordinal`, straight after `kernel.CategoryProbabilities` gave `expected` at `top`
 /// (Wright & Masters 1982, chapter 5). Variances in divisors are at least 1e-9.
 ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal,

@@ -19,4 +19,12 @@ std::vector<Arrangement> Arrangements(std::string_view arrange) {
   return items;
 }
 
+std::vector<Arrangement> ArrangementsOfAll(std::string_view arrange) {
+  std::vector<Arrangement> items = Arrangements(arrange);
+  std::erase_if(items, [](const Arrangement& item) {
+    return item.Text.empty() || item.Facet.value_or(FacetNumber{0}).value != 0;
+  });
+  return items.empty() ? Arrangements("0mN") : items;
+}
+
 }  // namespace tessaly

@@ -24,4 +24,7 @@ struct Arrangement {
 /// The items of a normalised `Arrange=` text.
 std::vector<Arrangement> Arrangements(std::string_view arrange);
 
+/// The items that are for no single facet; if there is none, measures in descending order.
+std::vector<Arrangement> ArrangementsOfAll(std::string_view arrange);
+
 }  // namespace tessaly

@@ -50,6 +50,16 @@ constexpr LayoutPiece kWeight = {"Element|", " Weight|", R"(\    \ |)", R"(\    
 /// A column of elements alone that is not shown.
 constexpr LayoutPiece kNoElementColumn = {"", "", "&", "&", "&", ""};
 
+/// The mark of an adjusted score stands between size and error.
+constexpr LayoutPiece kBias = {R"(|Observd  Expctd  Observd  Obs-Exp| Bias~  Model                    |Infit Outfit|)",
+                               R"(|  Score   Score    Count  Average|  Size   S.E.     t   d.f. Prob. | MnSq  MnSq |)",
+                               R"(|#####.# #####.## #####.#   \    \| \    \!\   \ \    \\    \ \   \ |###.# ###.# |)",
+                               "",
+                               "",
+                               R"(|#####.# #####.## #####.#   \    \| \    \ \   \ \    \             |###.# ###.# |)"};
+static_assert(kBias.Head1.size() == kBias.Head2.size() && kBias.Head1.size() == kBias.Normal.size() &&
+              kBias.Head1.size() == kBias.Summary.size());
+
 constexpr bool Aligned(const LayoutPiece& piece) {
   const std::size_t width = piece.Head2.size();
   return piece.Head1.size() == width && piece.Normal.size() == width && piece.Extreme.size() == width &&
@@ -109,42 +119,64 @@ std::string TextField(int width) {
   return "\\" + std::string(static_cast<std::size_t>(width - 2), ' ') + "\\";
 }
 
+/// The pieces side by side.
+struct JoinedPieces {
+  std::string Head1, Head2, Normal, Extreme, NonActive, Summary;
+
+  void Add(const LayoutPiece& piece) {
+    Head1 += piece.Head1;
+    Head2 += piece.Head2;
+    Normal += piece.Normal;
+    Extreme += piece.Extreme;
+    NonActive += piece.NonActive;
+    Summary += piece.Summary;
+  }
+};
+
+MeasurementLayout WithLabels(const JoinedPieces& columns, const LabelColumn& label, const TextEncoding& encoding) {
+  MeasurementLayout layout;
+  layout.LabelWidth = std::max(DisplayLength(label.Head2, encoding), kNarrowestLabel);
+  const std::string head1 = PadToWidth(label.Head1, layout.LabelWidth, encoding);
+  const std::string head2 = PadToWidth(label.Head2, layout.LabelWidth, encoding);
+  const std::string labelRule(static_cast<std::size_t>(layout.LabelWidth) + 1, '-');
+  const std::string rule = RuleOf(columns.Head2);
+  const std::string field = " " + TextField(layout.LabelWidth);
+  const auto row = [&](const std::string& fields) {
+    return label.LeftHand ? WithVerticals("|" + field + fields) + "&" : "&" + WithVerticals(fields + field + "|");
+  };
+  if (label.LeftHand) {
+    layout.HeadLines = {WithVerticals("| ") + head1 + WithVerticals(columns.Head1),
+                        WithVerticals("| ") + head2 + WithVerticals(columns.Head2)};
+    layout.RuleTemplate = "x" + labelRule + rule;
+  } else {
+    layout.HeadLines = {WithVerticals(columns.Head1 + " ") + head1 + WithVerticals("|"),
+                        WithVerticals(columns.Head2 + " ") + head2 + WithVerticals("|")};
+    layout.RuleTemplate = rule + labelRule + "x";
+  }
+  layout.RowFmtNormal = row(columns.Normal);
+  layout.RowFmtExtreme = row(columns.Extreme);
+  layout.RowFmtNonActive = row(columns.NonActive);
+  layout.RowFmtSummary = row(columns.Summary);
+  return layout;
+}
+
 }  // namespace
+
+MeasurementLayout BuildBiasLayout(const LabelColumn& label, const TextEncoding& encoding) {
+  JoinedPieces columns;
+  columns.Add(kBias);
+  return WithLabels(columns, label, encoding);
+}
 
 MeasurementLayout BuildMeasurementLayout(const MeasurementColumns& columns, const std::string& labelHead,
                                          const TextEncoding& encoding) {
-  std::string head1, head2, normal, extreme, nonActive, summary;
-  for (const LayoutPiece& piece : Pieces(columns)) {
-    head1 += piece.Head1;
-    head2 += piece.Head2;
-    normal += piece.Normal;
-    extreme += piece.Extreme;
-    nonActive += piece.NonActive;
-    summary += piece.Summary;
-  }
-  MeasurementLayout layout;
-  layout.LabelWidth = std::max(DisplayLength(labelHead, encoding), kNarrowestLabel);
-  const std::string label = PadToWidth(labelHead, layout.LabelWidth, encoding);
-  const std::string blanks(static_cast<std::size_t>(layout.LabelWidth), ' ');
-  const std::string labelRule(static_cast<std::size_t>(layout.LabelWidth) + 1, '-');
-  head1 = FirstHeading(head1, columns);
-  const std::string rule = RuleOf(head2);
-  const auto row = [&](const std::string& fields) {
-    return WithVerticals(columns.LeftHand ? "| " + TextField(layout.LabelWidth) + fields + "&"
-                                          : "&" + fields + " " + TextField(layout.LabelWidth) + "|");
-  };
-  if (columns.LeftHand) {
-    layout.HeadLines = {WithVerticals("|" + blanks + " " + head1), WithVerticals("| ") + label + WithVerticals(head2)};
-    layout.RuleTemplate = "x" + labelRule + rule;
-  } else {
-    layout.HeadLines = {WithVerticals(head1 + blanks + " |"), WithVerticals(head2 + " ") + label + WithVerticals("|")};
-    layout.RuleTemplate = rule + labelRule + "x";
-  }
+  JoinedPieces joined;
+  for (const LayoutPiece& piece : Pieces(columns)) joined.Add(piece);
+  joined.Head1 = FirstHeading(joined.Head1, columns);
+  MeasurementLayout layout = WithLabels(joined, {"", labelHead, columns.LeftHand}, encoding);
   // Behind each element's row there is room for its subsets.
-  layout.RowFmtNormal = row(normal) + "&";
-  layout.RowFmtExtreme = row(extreme) + "&";
-  layout.RowFmtNonActive = row(nonActive) + "&";
-  layout.RowFmtSummary = row(summary);
+  for (std::string* const rowFmt : {&layout.RowFmtNormal, &layout.RowFmtExtreme, &layout.RowFmtNonActive})
+    *rowFmt += "&";
   return layout;
 }
 

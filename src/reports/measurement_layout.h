@@ -40,7 +40,7 @@ struct MeasurementColumns {
 struct MeasurementLayout {
   std::vector<std::string> HeadLines;
   std::string RuleTemplate;
-  /// An active element.
+  /// An active element; a bias term.
   std::string RowFmtNormal;
   /// An element with a status word and its measure in parentheses.
   std::string RowFmtExtreme;
@@ -50,6 +50,16 @@ struct MeasurementLayout {
   /// Report columns of the label column.
   int LabelWidth = 0;
 };
+
+/// The label column of a table of bias terms: both its heading lines.
+struct LabelColumn {
+  std::string Head1;
+  std::string Head2;
+  bool LeftHand = false;
+};
+
+/// The layout of bias terms. All terms have the normal form.
+MeasurementLayout BuildBiasLayout(const LabelColumn& label, const TextEncoding& encoding);
 
 /// The layout of these columns, with `labelHead` over the labels.
 MeasurementLayout BuildMeasurementLayout(const MeasurementColumns& columns, const std::string& labelHead,

@@ -15,16 +15,6 @@ namespace {
 /// Where a row template has room for the group number.
 constexpr std::string_view kGroupPlace = "g^^^^s";
 
-enum class SummaryKind { Mean, Population, Sample };
-
-double Figure(SummaryKind kind, const RunningMoments& moments) {
-  if (kind == SummaryKind::Mean) return moments.Mean;
-  if (kind == SummaryKind::Population) return moments.StandardDeviation();
-  if (moments.N <= 1) return 0;
-  // Sample deviations are printed from singles.
-  return static_cast<double>(static_cast<float>(moments.StandardDeviation() * std::sqrt(moments.N / (moments.N - 1))));
-}
-
 class SummaryRow {
  public:
   SummaryRow(const RowSummaries& summaries, const MeasurementLayout& layout, const MeasurementColumns& columns,
@@ -32,8 +22,8 @@ class SummaryRow {
       : summaries_(summaries), layout_(layout), columns_(columns), settings_(settings) {}
 
   std::string Line(SummaryKind kind) const {
-    const auto figure = [&](const RunningMoments& moments) { return Figure(kind, moments); };
-    const std::string label = Label(kind);
+    const auto figure = [&](const RunningMoments& moments) { return SummaryFigure(kind, moments); };
+    const std::string label = SummaryLabel(kind, summaries_.Rows.Score.N, layout_.LabelWidth);
     EditWord word(layout_.RowFmtSummary, settings_.Encoding);
     word.EditText(columns_.LeftHand ? label : "");
     const auto& rows = summaries_.Rows;
@@ -63,14 +53,6 @@ class SummaryRow {
     return static_cast<double>(settings_.Uscale) * measure + static_cast<double>(settings_.Umean);
   }
 
-  std::string Label(SummaryKind kind) const {
-    if (kind == SummaryKind::Population) return "S.D. (Population)";
-    if (kind == SummaryKind::Sample) return "S.D. (Sample)";
-    const std::string count = TrimmedNumber(summaries_.Rows.Score.N) + ")";
-    const std::string label = "Mean (Count: " + count;
-    return label.size() > static_cast<std::size_t>(layout_.LabelWidth) ? "Mean (Cnt: " + count : label;
-  }
-
   const RowSummaries& summaries_;
   const MeasurementLayout& layout_;
   const MeasurementColumns& columns_;
@@ -78,6 +60,22 @@ class SummaryRow {
 };
 
 }  // namespace
+
+double SummaryFigure(SummaryKind kind, const RunningMoments& moments) {
+  if (kind == SummaryKind::Mean) return moments.Mean;
+  if (kind == SummaryKind::Population) return moments.StandardDeviation();
+  if (moments.N <= 1) return 0;
+  // Sample deviations are printed from singles.
+  return static_cast<double>(static_cast<float>(moments.StandardDeviation() * std::sqrt(moments.N / (moments.N - 1))));
+}
+
+std::string SummaryLabel(SummaryKind kind, double n, int width) {
+  if (kind == SummaryKind::Population) return "S.D. (Population)";
+  if (kind == SummaryKind::Sample) return "S.D. (Sample)";
+  const std::string count = TrimmedNumber(n) + ")";
+  const std::string label = "Mean (Count: " + count;
+  return label.size() > static_cast<std::size_t>(width) ? "Mean (Cnt: " + count : label;
+}
 
 std::vector<std::string> SummaryRows(const RowSummaries& summaries, const MeasurementLayout& layout,
                                      const MeasurementColumns& columns, const Settings& settings, std::int32_t group,

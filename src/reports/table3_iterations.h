@@ -4,8 +4,8 @@
 #include <string>
 
 #include "estimate/iteration_summary.h"
+#include "reports/iteration_log.h"
 #include "reports/report_writer.h"
-#include "reports/table_frame.h"
 #include "state/analysis.h"
 #include "support/host.h"
 
@@ -15,7 +15,7 @@ namespace tessaly {
 class IterationTable : public IterationListener {
  public:
   IterationTable(const Analysis& analysis, ReportWriter& report, Console& console)
-      : analysis_(analysis), report_(report), console_(console), frame_(report, analysis.Settings, console) {}
+      : analysis_(analysis), report_(report), log_(analysis.Settings, report, console) {}
 
   void EstimationStarted() override;
   void IterationStarted(std::int32_t iteration) override;
@@ -27,17 +27,12 @@ class IterationTable : public IterationListener {
   void EstimationEnded() override;
 
  private:
-  /// A detail of an iteration: on the screen unless only rows are shown there, in the report with `Write=Y`.
-  void Detail(const std::string& line);
-  void ReportDetail(const std::string& line);
   void WriteLargest(const LargestResiduals& largest);
-  std::string ResidualLine(const ResidualDetail& detail) const;
   std::string ResidualLabel(const ResidualDetail& detail) const;
 
   const Analysis& analysis_;
   ReportWriter& report_;
-  Console& console_;
-  TableFrame frame_;
+  IterationLog log_;
 };
 
 }  // namespace tessaly

@@ -1,12 +1,11 @@
 #include "reports/table5_data_fit.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
 
 #include "estimate/significance.h"
-#include "reports/short_layout.h"
+#include "reports/data_moments.h"
 #include "reports/table_frame.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
@@ -15,13 +14,11 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kNumberWidth = 5;
 constexpr int kWideNumber = 20;
 constexpr int kWordWidth = 25;
 constexpr int kCountWidth = 10;
 constexpr int kMomentWidth = 7;
 constexpr int kParameterWidth = 9;
-constexpr int kShareWidth = 8;
 
 std::string WideNumber(double value) {
   return std::string(TrimLeft(FormatNumber(value, kWideNumber, 4)));
@@ -56,47 +53,17 @@ class DataSummary {
   void Write() {
     TableFrame frame(report_, settings_, console_);
     frame.StartTable("Table 5. Measurable Data Summary");
-    const ShortLayout layout = BuildShortLayout("", settings_.LeftHand, settings_.Encoding);
-    report_.WriteTableLine(BoxLine(layout.RuleTemplate, RuleKind::Top));
-    report_.WriteTableLine(layout.Heading);
-    WriteMoments(layout);
-    report_.WriteTableLine(BoxLine(std::string(layout.RuleTemplate.size(), '-'), RuleKind::Bottom));
+    WriteDataMoments(fit_, settings_, report_);
     WriteChiSquare();
     WriteCounts();
     WriteVariances();
   }
 
  private:
-  double Weight() const { return fit_.Summary[DataFit::Response].N; }
-
-  template <class Figure>
-  void WriteRow(const ShortLayout& layout, const std::string& label, Figure figure) {
-    std::array<std::string, DataFit::ItemCount> numbers;
-    for (std::size_t item = 0; item < numbers.size(); ++item)
-      numbers[item] = FormatNumber(figure(fit_.Summary[item]), kNumberWidth, 2);
-    report_.WriteTableLine(layout.Row(label, numbers, settings_.Encoding));
-  }
-
-  std::string MeanLabel(int width) const {
-    const std::string count = TrimmedNumber(Weight()) + ")";
-    const std::string label = (fit_.WeightedData ? "Mean (Weighted: " : "Mean (Count: ") + count;
-    if (label.size() <= static_cast<std::size_t>(width)) return label;
-    return (fit_.WeightedData ? "Mean (Wtd: " : "Mean (Cnt: ") + count;
-  }
-
-  void WriteMoments(const ShortLayout& layout) {
-    WriteRow(layout, MeanLabel(layout.LabelWidth), [](const RunningMoments& m) { return m.Mean; });
-    WriteRow(layout, "S.D. (Population)", [](const RunningMoments& m) { return m.StandardDeviation(); });
-    const double n = Weight();
-    if (n > 1)
-      WriteRow(layout, "S.D. (Sample)",
-               [&](const RunningMoments& m) { return m.StandardDeviation() * std::sqrt(n / (n - 1)); });
-  }
-
   void WriteChiSquare() {
     const double chi = -2 * fit_.LogLikelihood;
     const std::int32_t parameters = std::max(fit_.ParameterCount[DataFit::Row(ReadStatus::Usable)], 1);
-    const double freedom = std::max(std::trunc(Weight() - parameters), 1.0);
+    const double freedom = std::max(std::trunc(fit_.Weight() - parameters), 1.0);
     report_.WriteTableLine("Data log-likelihood chi-square = " + WideNumber(chi));
     report_.WriteTableLine("Approximate degrees of freedom =" + GeneralText(freedom));
     report_.WriteTableLine("Chi-square significance prob.  = " +
@@ -136,24 +103,16 @@ class DataSummary {
                     std::sqrt(std::max(squares / n - mean * mean, 0.0)), parameters);
     }
     report_.WriteTableLine(fit_.WeightedData
-                               ? "Count of measurable responses (wtd)=" + ZeroedNumber(Weight(), 13, 3)
-                               : "Count of measurable responses      =" + FormatNumber(Weight(), kCountWidth, 0));
+                               ? "Count of measurable responses (wtd)=" + ZeroedNumber(fit_.Weight(), 13, 3)
+                               : "Count of measurable responses      =" + FormatNumber(fit_.Weight(), kCountWidth, 0));
   }
 
   void WriteVariances() {
-    const auto variance = [&](DataFit::Item item) {
-      const double deviation = fit_.Summary[item].StandardDeviation();
-      return deviation * deviation;
-    };
-    const double all = variance(DataFit::Reported);
-    const double residual = variance(DataFit::Residual);
-    const auto figure = [](double value) { return ZeroedNumber(value, kMomentWidth, 3); };
-    const auto share = [&](double value) {
-      return ZeroedNumber(100 * value / (all == 0 ? 1.0 : all), kShareWidth - 1, 2) + "%";
-    };
-    report_.WriteTableLine("Raw-score variance of observations   =" + figure(all) + " 100.00%");
-    report_.WriteTableLine("Variance explained by Rasch measures =" + figure(all - residual) + share(all - residual));
-    report_.WriteTableLine("Variance of residuals                =" + figure(residual) + share(residual));
+    const double all = VarianceOf(fit_, DataFit::Reported);
+    const double residual = VarianceOf(fit_, DataFit::Residual);
+    report_.WriteTableLine(VarianceLine("Raw-score variance of observations   ", all, all));
+    report_.WriteTableLine(VarianceLine("Variance explained by Rasch measures ", all - residual, all));
+    report_.WriteTableLine(VarianceLine("Variance of residuals                ", residual, all));
   }
 
   const DataFit& fit_;

@@ -20,8 +20,6 @@ namespace tessaly {
 
 namespace {
 
-/// Under more rows than this the column headings are repeated above the means.
-constexpr std::int32_t kRowsInView = 15;
 constexpr char kNoGroupTables = 'N';
 /// Columns of a rule in front of the words of a group line.
 constexpr std::size_t kGroupLineMargin = 2;
@@ -131,11 +129,7 @@ class FacetTables {
       frame.WriteRow(rows_.Line(element, layout_));
       rows_.Summarize(element, summaries);
     }
-    if (!order.empty()) {
-      frame.WriteRule(RuleKind::Middle);
-      if (settings_.JuxtaposeLines == 0 && frame.LinesSinceHeading() > kRowsInView) frame.RepeatHeadingLines();
-      WriteSummaryRows(summaries, group, frame);
-    }
+    if (!order.empty()) frame.WriteSummaryRows(SummaryLines(summaries, group));
     WriteFooter(summaries, group, frame);
     frame.CloseTable();
   }
@@ -152,10 +146,8 @@ class FacetTables {
            line.substr(kGroupLineMargin + width);
   }
 
-  void WriteSummaryRows(const RowSummaries& summaries, std::int32_t group, TableFrame& frame) const {
-    for (const std::string& line :
-         SummaryRows(summaries, layout_, rows_.Columns(), settings_, group, GroupLabel(group)))
-      frame.WriteRow(line);
+  std::vector<std::string> SummaryLines(const RowSummaries& summaries, std::int32_t group) const {
+    return SummaryRows(summaries, layout_, rows_.Columns(), settings_, group, GroupLabel(group));
   }
 
   void WriteFooter(const RowSummaries& summaries, std::int32_t group, TableFrame& frame) const {
@@ -178,7 +170,7 @@ class FacetTables {
       for (const ElementIndex element : SortElements(facet_, analysis_.Elements, "N", settings_.OmitUnobserved, group))
         rows_.Summarize(element, summaries);
       if (group != groups.front()) frame.WriteRule(RuleKind::Middle);
-      WriteSummaryRows(summaries, group, frame);
+      for (const std::string& line : SummaryLines(summaries, group)) frame.WriteRow(line);
     }
     frame.CloseTable();
   }

@@ -11,6 +11,8 @@ namespace {
 constexpr char kNewPageMark = '^';
 constexpr char kFormFeed = '\f';
 constexpr std::int32_t kRowsBetweenPolls = 1000;
+/// More rows than this and the summary rows get headings of their own.
+constexpr std::int32_t kRowsInView = 15;
 
 }  // namespace
 
@@ -60,6 +62,12 @@ void TableFrame::WriteRow(std::string_view line) {
 
 void TableFrame::WriteRule(RuleKind kind) {
   report_.WriteTableLine(BoxLine(ruleTemplate_, kind));
+}
+
+void TableFrame::WriteSummaryRows(const std::vector<std::string>& lines) {
+  if (linesSinceHeading_ > 0) WriteRule(RuleKind::Middle);
+  if (settings_.JuxtaposeLines == 0 && linesSinceHeading_ > kRowsInView) RepeatHeadingLines();
+  for (const std::string& line : lines) WriteRow(line);
 }
 
 void TableFrame::CloseTable() {

@@ -33,6 +33,8 @@ class TableFrame {
   /// A row of the table.
   void WriteRow(std::string_view line);
   void WriteRule(RuleKind kind);
+  /// The rows that sum up the rows before them: below a rule and, if the headings are far above, below headings again.
+  void WriteSummaryRows(const std::vector<std::string>& lines);
   /// The line that closes the table, without corners.
   void CloseTable();
 

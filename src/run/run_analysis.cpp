@@ -30,6 +30,7 @@
 #include "reports/table7_measurements.h"
 #include "reports/table8_categories.h"
 #include "reports/table_frame.h"
+#include "run/bias_runs.h"
 #include "run/specification_file.h"
 #include "spec/file_names.h"
 #include "spec/input_stack.h"
@@ -208,7 +209,8 @@ class AnalysisRun {
       report_.EndTables();
       WriteEsubtotals(*fit.CrossReference(), analysis_, report_);
     }
-    WriteDataFit(fit.Data());
+    dataFit_ = fit.Data();
+    WriteDataFit();
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
     unexpected_.emplace(std::move(fit).Unexpected());
@@ -223,13 +225,13 @@ class AnalysisRun {
     console_.ShowMessage("*");
   }
 
-  void WriteDataFit(const DataFit& fit) {
+  void WriteDataFit() {
     report_.SelectTable(4);
     if (report_.Wants(4) && WantsUnexpectedTables(analysis_.Settings))
       TableFrame(report_, analysis_.Settings, console_)
           .StartTable("Table 4. Unexpected Responses - appears after Table 8");
     report_.SelectTable(5);
-    if (report_.Wants(5)) MeasurableDataSummary(fit, analysis_.Settings, report_, console_);
+    if (report_.Wants(5)) MeasurableDataSummary(dataFit_, analysis_.Settings, report_, console_);
   }
 
   void WriteTables() {
@@ -244,6 +246,7 @@ class AnalysisRun {
     if (report_.Wants(8)) CategoryReport(analysis_.Settings.T8NBC, analysis_, *kernel_, report_, console_);
     report_.SelectTable(4);
     if (report_.Wants(4)) UnexpectedTables(*unexpected_, analysis_, report_, console_);
+    BiasRuns({analysis_, *store_, *kernel_, dataFit_, report_, control_, console_});
   }
 
   void WriteTable6() {
@@ -326,6 +329,7 @@ class AnalysisRun {
   std::optional<ObservationStore> store_;
   std::optional<PointBiserial> pointBiserial_;
   std::optional<ResponseKernel> kernel_;
+  DataFit dataFit_;
   std::optional<UnexpectedList> unexpected_;
 };
 

@@ -1,6 +1,5 @@
 #include "spec/load_models.h"
 
-#include <algorithm>
 #include <string>
 
 #include "spec/model_position.h"
@@ -100,15 +99,6 @@ void LoadModels(const std::vector<StatementLine>& lines, FieldMap& fields, Model
   models.Statements.clear();
   for (const StatementLine& line : lines) load(line.Fields, line.LineNumber);
   if (lines.empty()) load(DefaultStatement(fields.ActiveFacetCount()), 0);
-}
-
-bool AsksForBias(const ModelTables& models) {
-  const auto marked = [](const ModelStatement& statement) {
-    const auto first = statement.ModelField.begin() + 1;
-    return std::any_of(first, first + statement.ModelLow.size(),
-                       [](const std::string& text) { return text.find('B') != std::string::npos; });
-  };
-  return std::any_of(models.Statements.begin(), models.Statements.end(), marked);
 }
 
 }  // namespace tessaly

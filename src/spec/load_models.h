@@ -14,7 +14,4 @@ namespace tessaly {
 /// `Halt{InvalidElementNumber}`, with `at` at the statement and the offending field.
 void LoadModels(const std::vector<StatementLine>& lines, FieldMap& fields, ModelTables& models, InputLine& at);
 
-/// Whether some statement marks a position for bias analysis.
-bool AsksForBias(const ModelTables& models);
-
 }  // namespace tessaly

@@ -69,7 +69,6 @@ void BuildTables(SpecContext& context) {
   RequireFacetsAndLabels(context);
   if (!context.Waiting.EnteredGiven) SetIdentityFields(analysis.FacetCount(), analysis.Fields);
   LoadModels(context.Waiting.Models, analysis.Fields, analysis.Models, analysis.Input);
-  if (AsksForBias(analysis.Models)) context.TellUnavailable("B in Models=");
   LoadLabels(context.Waiting.Labels, analysis, console);
   ParseDelements(analysis.Settings.DelementsOption, analysis.FacetCount(), analysis.Fields, console);
   ApplyDvalues(context.Waiting.Dvalues, analysis.Fields, analysis.Input);

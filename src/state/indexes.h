@@ -21,6 +21,8 @@ using CellNumber = Index<struct CellTag>;
 using ScaleNumber = Index<struct ScaleTag>;
 /// A rating scale block as the user wrote it, from 0.
 using DefinitionNumber = Index<struct DefinitionTag>;
+/// A bias term: a combination of elements of the bias facets that occurs in the data, 1..term count.
+using TermIndex = Index<struct TermTag>;
 
 /// What the null element and a position without element map to.
 constexpr ElementIndex kNoElement{0};

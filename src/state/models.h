@@ -54,6 +54,8 @@ struct ModelStatement {
     return ModelField[static_cast<std::size_t>(position.value)];
   }
   bool IsHash(PositionNumber position) const { return PositionText(position).find('#') != std::string::npos; }
+  /// Whether the position is marked for bias analysis.
+  bool AsksForBias(PositionNumber position) const { return PositionText(position).find('B') != std::string::npos; }
   /// Whether the position carries an element: not `X` and not empty.
   bool UsesElement(PositionNumber position) const {
     return ModelLow[position] != kIgnoredPosition && !PositionText(position).empty();

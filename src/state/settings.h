@@ -99,6 +99,11 @@ struct Settings {
   float UserMeasure(float measure) const { return Umean + Uscale * measure; }
   /// A standard error or deviation (logit) in user units.
   float UserSpread(float spread) const { return std::fabs(Uscale) * spread; }
+  /// Whether `Zscore=` wants a bias of this size and t: one of its limits is reached, or there is none.
+  bool BiasSelected(float size, float t) const {
+    if (ZscoreSize == 0 && ZscoreT == 0) return true;
+    return (ZscoreSize != 0 && std::fabs(size) >= ZscoreSize) || (ZscoreT != 0 && std::fabs(t) >= ZscoreT);
+  }
 };
 
 }  // namespace tessaly

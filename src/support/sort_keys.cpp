@@ -92,4 +92,15 @@ void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure)
   if (!std::is_sorted(keys.begin(), keys.end())) std::sort(keys.begin(), keys.end());
 }
 
+void AppendKey(std::string& key, std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) key += static_cast<char>(value >> shift & 255u);
+}
+
+void AppendKey(std::string& key, float value) {
+  constexpr std::uint32_t kSign = 0x80000000u;
+  const auto bits = value == 0 ? 0u : std::bit_cast<std::uint32_t>(value);
+  // Negative numbers have the larger bits the lower they are.
+  AppendKey(key, (bits & kSign) != 0 ? ~bits : bits | kSign);
+}
+
 }  // namespace tessaly

@@ -45,10 +45,9 @@ void ShellSort(std::vector<T>& items, Greater greater) {
 /// Sorts `keys` as text, in binary order. Keys must be of one length: otherwise throws `FatalError{lengthFailure}`.
 void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure);
 
-/// Sorts the lines of the text file `path` as text from `column` (1-based; 0 is the whole line) into a new temporary
-/// file in `folder`, and gives its name. Equal lines keep their order. Works in parts of `partBytes`, which are merged.
-/// Throws `Halt` on a file error.
-std::string ExternalSort(const std::string& path, int column, const std::string& folder,
-                         std::size_t partBytes = std::size_t{64} << 20);
+/// Appends four bytes that sort (as unsigned bytes) as the number does.
+void AppendKey(std::string& key, std::uint32_t value);
+/// The same for a single; both zeros are equal.
+void AppendKey(std::string& key, float value);
 
 }  // namespace tessaly

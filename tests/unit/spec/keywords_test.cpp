@@ -147,7 +147,7 @@ TEST(Keywords, WhatIsNotBuiltYetIsToldOnce) {
       WithTwoFacets("Output=report.txt,anchors.txt,,graph.txt\nAnchorfile=a.txt\nScorefile=s.txt,Tab\n"
                     "Inter-rater=0\nSimulated=\nResidual=\nModels=?B,?B,R3\n1B,?,R3\n*\nVertical=1A\nG=Y"));
   EXPECT_EQ(file.Error, "");
-  EXPECT_EQ(file.Said.Warnings, told({"Anchorfile=", "Graphfile=", "Scorefile=", "B in Models="}));
+  EXPECT_EQ(file.Said.Warnings, told({"Anchorfile=", "Graphfile=", "Scorefile="}));
   EXPECT_EQ(file.A.Settings.OutputFileName, "report.txt");
   EXPECT_EQ(file.A.Settings.AnchorFileName + file.A.Settings.ScoreFileName, "");
 

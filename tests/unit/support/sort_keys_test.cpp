@@ -5,14 +5,11 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <functional>
+#include <limits>
 #include <random>
 
 #include "support/failure.h"
-#include "support/line_file.h"
-#include "support/work_file.h"
 
 namespace tessaly {
 namespace {
@@ -85,36 +82,19 @@ TEST(SortKeys, StringsOfOneLengthInBinaryOrder) {
             "Failure (3)! Sort length error.");
 }
 
-TEST(ExternalSort, MergesPartsIntoOneOrder) {
-  namespace fs = std::filesystem;
-  const std::string folder = MakeTemporaryName(TemporaryFolder(), "sort", "");
-  fs::remove(folder);
-  fs::create_directory(folder);
-  std::mt19937 random(4);
-  std::vector<std::string> lines = {"", "x", std::string(5000, 'k'), "12\xFFz"};
-  while (lines.size() < 500) lines.push_back(std::to_string(random() % 100) + "," + std::to_string(lines.size()));
-  {
-    std::ofstream file(folder + "/in.txt");
-    for (const std::string& line : lines) file << line << "\n";
-  }
-  for (const int column : {0, 1, 3}) {
-    const auto key = [&](const std::string& line) {
-      return line.substr(std::min<std::size_t>(column == 3 ? 2 : 0, line.size()));
-    };
-    std::vector<std::string> expected = lines;
-    std::stable_sort(expected.begin(), expected.end(), [&](const auto& a, const auto& b) { return key(a) < key(b); });
-    for (const std::size_t partBytes : {std::size_t{1000}, std::size_t{1} << 20}) {
-      const std::string sorted = ExternalSort(folder + "/in.txt", column, folder, partBytes);
-      std::vector<std::string> result;
-      LineFile file(sorted);
-      while (const auto line = file.Next()) result.emplace_back(*line);
-      EXPECT_EQ(result, expected);
-      fs::remove(sorted);
-    }
-  }
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "no part is left behind";
-  EXPECT_THROW(ExternalSort(folder + "/none.txt", 1, folder), Halt);
-  fs::remove_all(folder);
+TEST(SortKeys, BinaryKeysSortAsTheirNumbers) {
+  const auto keyOf = [](auto value) {
+    std::string key = "k";
+    AppendKey(key, value);
+    return key;
+  };
+  EXPECT_EQ(keyOf(0x01A2B3C4u), "k\x01\xA2\xB3\xC4");
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  const std::vector<float> rising = {-kInfinity, -3e38f, -2,     -1.5f, -1e-38f, -1e-40f, -1e-45f,  0,
+                                     1e-45f,     1e-40f, 1e-38f, 1.5f,  2,       3e38f,   kInfinity};
+  for (std::size_t i = 1; i < rising.size(); ++i) EXPECT_LT(keyOf(rising[i - 1]), keyOf(rising[i])) << rising[i];
+  EXPECT_EQ(keyOf(-0.0f), keyOf(0.0f));
+  EXPECT_EQ(keyOf(-0.0f).size(), 5u);
 }
 
 }  // namespace
