@@ -13,6 +13,8 @@
 #include "estimate/jmle_sums.h"
 #include "estimate/point_biserial.h"
 #include "estimate/subset_connection.h"
+#include "interaction/bias_estimation.h"
+#include "interaction/bias_fit.h"
 #include "interaction/inter_rater_agreement.h"
 #include "model/response_kernel.h"
 #include "rating_design.h"
@@ -31,9 +33,10 @@ RatingDesign ThreeFacets() {
 
 /// What a pass needs.
 struct Bed {
-  explicit Bed(std::int64_t observations) : Store(ThreeFacets().Observations(A, observations)) {}
+  explicit Bed(std::int64_t observations, const RatingDesign& design = ThreeFacets())
+      : A(design.Tables()), Store(design.Observations(A, observations)) {}
 
-  Analysis A = ThreeFacets().Tables();
+  Analysis A;
   ObservationStore Store;
   ResponseKernel Kernel{A.Scales, kShift};
   User Nobody;
@@ -86,6 +89,31 @@ void RaterAgreement(benchmark::State& state) {
   bed.A.Settings.InterRaterFacets = {2};
   TimePass(state, bed,
            [](Bed& b) { return InterRaterAgreement(b.A, b.Store, b.Kernel, b.Control, b.Silence).ExactAgreements; });
+}
+
+/// 5,000 examinees by 20 raters: 100,000 terms, of 10 ratings each in a million.
+RatingDesign ManyTerms() {
+  return {{5000, 20, 10}};
+}
+
+/// Finding the terms, their iterations and their fit, per pass over the data.
+void BiasPasses(benchmark::State& state) {
+  Bed bed(state.range(0), ManyTerms());
+  double passes = 0;
+  double terms = 0;
+  for (auto _ : state) {
+    BiasTerms result({{1}, {2}}, bed.A.Facets);
+    ObservationTerms finder(result, bed.A.Fields);
+    IterationListener nobody;
+    BiasEstimation(result, finder, bed.A, bed.Store, bed.Kernel, bed.Control, bed.Silence, nobody).Run();
+    FitBiasTerms(finder, bed.A, bed.Store, bed.Kernel, bed.Control, bed.Silence, result);
+    // One pass finds the terms, one fits them.
+    passes += bed.Control.Iteration + 2;
+    terms = result.Terms.size();
+  }
+  state.counters["rounds"] = bed.Control.Iteration;
+  state.counters["terms"] = terms;
+  state.counters["pass"] = benchmark::Counter(passes, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 /// A whole search for subsets: the scan alone, without reading the store, of the passes until nothing changes.
@@ -206,6 +234,7 @@ BENCHMARK(PlainPass)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(FitStatistics)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(PointBiserialCorrelations)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(RaterAgreement)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(BiasPasses)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(SubsetSearch, ThreeFacets, ThreeFacets())->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(SubsetSearch, ThreeFacetsInAnyOrder, RatingDesign{{10000, 200, 10}, false})
     ->Arg(kMillion)

@@ -11,6 +11,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -73,6 +74,40 @@ class Shell(unittest.TestCase):
         self.assertEqual(process.returncode, 0)
         self.assertIn("Output to long.out.txt", output)
         self.assertIn("Table 7.2.3", (self.folder / "long.out.txt").read_text())
+        self.assert_nothing_left()
+
+    def start_bias_pairs(self, **options):
+        """Two million pairs of bias terms, which do not fit into one part of their sort."""
+        terms = specification(450, "Tables=00000001000001", "Arrange=N").replace("Models=?,?", "Models=?B,?B")
+        (self.folder / "pairs.txt").write_text(terms)
+        return self.start("pairs.txt", "Batch=Y", **options)
+
+    def test_finish_signal_ends_pairs_of_bias_terms(self):
+        report_file = self.folder / "pairs.out.txt"
+        for moment in ("Press Ctrl+F", "Table 14.1.1.1", "rows"):
+            process = self.start_bias_pairs()
+            while ("Table 14.1.1.1" if moment == "rows" else moment) not in process.stdout.readline():
+                pass
+            while moment == "rows" and process.poll() is None and report_file.stat().st_size < 1 << 20:
+                time.sleep(0.01)
+            process.send_signal(signal.SIGUSR1)
+            _, errors = process.communicate(timeout=60)
+            self.assertEqual(process.returncode, 0)
+            self.assertEqual(errors.split("\n")[0], "< Cancelled")
+            report = report_file.read_text().split("\n")
+            self.assertEqual(report[-3:], ["< Cancelled", VERDICT, ""])
+            self.assertEqual(sum(line.startswith("+--") for line in report) % 2, 0, "a box is open")
+            self.assert_nothing_left()
+
+    def test_full_disk_under_pairs_of_bias_terms(self):
+        limit = 4 << 20
+        process = self.start_bias_pairs(preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        _, errors = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 1)
+        self.assertIn("Error F50", errors)
+        report = (self.folder / "pairs.out.txt").read_text()
+        self.assertIn("Table 8.1", report)
+        self.assertIn("Error F50", report)
         self.assert_nothing_left()
 
     def test_unusable_temporary_folder(self):

@@ -7,6 +7,11 @@ namespace tessaly {
 
 namespace {
 
+/// A term that needs more steps than this has a score that is too large for the digits of a single.
+constexpr std::int32_t kMostInterpolations = 25;
+/// Logit. No report shows a smaller difference.
+constexpr float kNarrowestBracket = 1e-6F;
+
 double LogitOf(double score, BiasAim aim, float smallest) {
   const double least = static_cast<double>(smallest);
   return std::log(std::max(score, least) / std::max(static_cast<double>(aim.Possible) - score, least));
@@ -18,11 +23,11 @@ float Interpolated(BiasAim aim, double expected, float size, const BiasStepRule&
   const double least = static_cast<double>(rule.SmallestNumber);
   const double here = logit(expected);
   const double aimed = logit(static_cast<double>(aim.Observed));
-  const double low = bracket.Low.Known() ? logit(static_cast<double>(bracket.Low.Expected)) : 0;
-  const double high = bracket.High.Known() ? logit(static_cast<double>(bracket.High.Expected)) : 0;
+  const double low = bracket.Low.Known ? logit(static_cast<double>(bracket.Low.Expected)) : 0;
+  const double high = bracket.High.Known ? logit(static_cast<double>(bracket.High.Expected)) : 0;
   const double x = static_cast<double>(size);
   const bool fromLow =
-      !bracket.High.Known() || (bracket.Low.Known() && !(std::fabs(high - aimed) < std::fabs(aimed - low)));
+      !bracket.High.Known || (bracket.Low.Known && !(std::fabs(high - aimed) < std::fabs(aimed - low)));
   if (fromLow) {
     const double start = static_cast<double>(bracket.Low.Size);
     return static_cast<float>(start + (x - start) * (aimed - low) / std::max(here - low, least));
@@ -32,19 +37,20 @@ float Interpolated(BiasAim aim, double expected, float size, const BiasStepRule&
 }
 
 float Within(const BiasBracket& bracket, float size) {
-  if (!bracket.Low.Known() || !bracket.High.Known()) return size;
+  if (!bracket.Low.Known || !bracket.High.Known) return size;
   return std::max(std::min(size, bracket.High.Size), bracket.Low.Size);
 }
 
-/// Out of a place where the interpolation turns in circles; `size` itself if there is no way out.
-float WayOut(const BiasBracket& bracket, float size, double residual, const BiasStepRule& rule) {
-  if (!bracket.Low.Known() || !bracket.High.Known()) return residual > 0 ? size + rule.Size : size - rule.Size;
-  const float middle = 0.5F * bracket.Low.Size + 0.5F * bracket.High.Size;
-  return middle > bracket.Low.Size && middle < bracket.High.Size ? middle : size;
+/// By halving the bracket, or on by a logit as long as there is none; `size` itself where nothing is left to halve.
+float Halved(const BiasBracket& bracket, float size, double residual) {
+  if (!bracket.Low.Known || !bracket.High.Known) return residual > 0 ? size + 1 : size - 1;
+  if (bracket.High.Size - bracket.Low.Size < kNarrowestBracket) return size;
+  return 0.5F * bracket.Low.Size + 0.5F * bracket.High.Size;
 }
 
 void Learn(BiasBracket& bracket, float size, double expected, double residual) {
-  (residual > 0 ? bracket.Low : bracket.High) = {size, static_cast<float>(expected)};
+  (residual > 0 ? bracket.Low : bracket.High) = {size, static_cast<float>(expected), true};
+  ++bracket.Tried;
 }
 
 bool MeetsCriteria(const BiasStep& step, float size, const BiasStepRule& rule) {
@@ -86,8 +92,9 @@ BiasStep NextBiasStep(BiasAim aim, double expected, float size, const BiasStepRu
   }
   Learn(bracket, size, expected, step.Residual);
   step.Settled = MeetsCriteria(step, size, rule);
-  if (step.Settled || !triedBefore || !(bracket.Low.IsAt(step.Size) || bracket.High.IsAt(step.Size))) return step;
-  step.Size = Held(WayOut(bracket, size, step.Residual, rule), rule);
+  const bool circling = triedBefore && (bracket.Low.IsAt(step.Size) || bracket.High.IsAt(step.Size));
+  if (step.Settled || !(circling || bracket.Tried > kMostInterpolations)) return step;
+  step.Size = Held(Halved(bracket, size, step.Residual), rule);
   step.Settled = step.Size == size;
   return step;
 }

@@ -1,21 +1,26 @@
 // One step of the estimation of one bias term.
 #pragma once
 
+#include <cstdint>
+
 namespace tessaly {
 
-/// A size (logit) that was tried and the score expected there. An expected score of 0: none was tried.
+/// A size (logit) that was tried and the score expected there.
 struct BiasGuess {
   float Size = 0;
   float Expected = 0;
+  /// Some size was tried.
+  bool Known = false;
 
-  bool Known() const { return Expected > 0; }
-  bool IsAt(float size) const { return Known() && Size == size; }
+  bool IsAt(float size) const { return Known && Size == size; }
 };
 
 /// The best guesses so far: `Low` expects less than was observed, `High` as much or more.
 struct BiasBracket {
   BiasGuess Low;
   BiasGuess High;
+  /// Sizes tried.
+  std::int32_t Tried = 0;
 };
 
 /// What limits the steps.
@@ -49,8 +54,8 @@ struct BiasStep {
 BiasStep FirstBiasStep(BiasAim aim, double expected, float variance, const BiasStepRule& rule, BiasBracket& bracket);
 
 /// Every further step: interpolation on the logit of the score, ln(score / (possible - score)), between the guesses or
-/// through the last two on one side. Takes the size tried into `bracket`. Where the interpolation would try the same
-/// sizes over and over, the bracket is halved instead.
+/// through the last two on one side. Takes the size tried into `bracket`. Where the interpolation turns in circles, and
+/// from the 26th step on, the bracket is halved instead, so that every term settles.
 BiasStep NextBiasStep(BiasAim aim, double expected, float size, const BiasStepRule& rule, BiasBracket& bracket);
 
 }  // namespace tessaly

@@ -154,7 +154,7 @@ constexpr Keyword kKeywords[] = {
      "How far extreme scores are moved inward to get finite measures.", ReadXtreme},
     {"Yardstick=", "Y", "columns, lines, low, high, extremes", "none", "Dimensions of the rulers in Table 6.",
      List<&Settings::YardstickSpec>},
-    {"Zscore=", "Z", "bias size, t-score", "0, 0", "Least size and significance of a bias term in Table 13.",
+    {"Zscore=", "Z", "bias size, t-score", "0, 0", "Least size or t of the rows of Tables 13 and 14.",
      ReadZscore},
 };
 
