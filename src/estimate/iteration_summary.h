@@ -27,6 +27,8 @@ struct IterationSummary {
   bool Recount = false;
   /// Change among elements, logit.
   float MaxLogitChange = 0;
+  /// The same among elements whose scores are not extreme.
+  float MaxActiveChange = 0;
   /// Score residual among elements, score points.
   double MaxScoreResidual = 0;
   /// Residual / possible score.

@@ -87,7 +87,7 @@ void JointEstimation::Iterate(std::int32_t priority, std::int32_t priorityChange
   newtonStepNow_ = control_.NewtonStep;
   AdvanceStage();
   ++control_.Iteration;
-  previousLogitChange_ = summary_.MaxLogitChange;
+  previousActiveChange_ = summary_.MaxActiveChange;
   previousScoreResidual_ = summary_.MaxScoreResidual;
   summary_ = {};
   summary_.Iteration = control_.Iteration;
@@ -232,7 +232,7 @@ void JointEstimation::AdaptDamping() {
   const double residual = std::fabs(summary_.MaxScoreResidual);
   const double previous = std::fabs(previousScoreResidual_);
   float& damping = control_.CurveDamping;
-  if (Sign(summary_.MaxLogitChange) != Sign(previousLogitChange_) ||
+  if (Sign(summary_.MaxActiveChange) != Sign(previousActiveChange_) ||
       Sign(summary_.MaxScoreResidual) != Sign(previousScoreResidual_) || residual > 2 * previous) {
     damping *= kDampingBack;
   } else if (0.9 * previous < residual) {

@@ -67,7 +67,7 @@ class JointEstimation {
   float curveProbe_ = 0.5F;
   /// Copy of the step size for one iteration, so that a request of the user changes only the next.
   float newtonStepNow_ = 0;
-  float previousLogitChange_ = 0;
+  float previousActiveChange_ = 0;
   double previousScoreResidual_ = 0;
 };
 

@@ -198,6 +198,8 @@ void FacetUpdate::ApplyChange(ElementIndex element, const ElementStepResult& ste
   detail.Change = step.Change;
   detail.WithScores = rule_.Phase >= Phase::Jmle;
   KeepLargest(detail, summary, largest);
+  if (!BelowActive(elements_.ElementStatus[element]) && LargerInSize(step.Change, summary.MaxActiveChange))
+    summary.MaxActiveChange = step.Change;
 }
 
 void FacetUpdate::CheckRange(ElementIndex element, UpdateTrace& trace, Console& console) {
