@@ -46,7 +46,6 @@ bool BiasEstimation::Run() {
     return false;
   }
   Tell("There are empirically" + GeneralText(terms_.Terms.size()) + " Bias terms");
-  control_.CurveDamping = 1;
   control_.Iteration = 0;
   if (!FirstPass()) {
     Tell("No bias terms estimable");

@@ -22,6 +22,11 @@ enum class BiasFlag : std::int8_t {
   Maximum = 3,
 };
 
+/// What stands behind the size of a term in tables.
+constexpr char MarkOf(BiasFlag flag) {
+  return flag == BiasFlag::Maximum ? '<' : flag == BiasFlag::Minimum ? '>' : ' ';
+}
+
 /// One bias term. Scores are weighted sums over the term's responses.
 struct BiasTerm {
   BiasFlag Flag = BiasFlag::NotEstimable;

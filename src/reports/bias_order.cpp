@@ -1,6 +1,7 @@
 #include "reports/bias_order.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "support/bytes.h"
@@ -11,11 +12,9 @@ namespace tessaly {
 namespace {
 
 std::vector<std::uint32_t> RankLabels(IndexRange<ElementIndex> range, const ElementTable& elements) {
-  std::size_t longest = 0;
-  for (const ElementIndex element : range) longest = std::max(longest, elements.ElementLabel[element].size());
-  std::vector<std::pair<std::string, std::size_t>> labels;
+  std::vector<std::pair<std::string_view, std::size_t>> labels;
   for (const ElementIndex element : range)
-    labels.emplace_back(CutOrPad(elements.ElementLabel[element], static_cast<int>(longest)), labels.size());
+    labels.emplace_back(TrimRight(elements.ElementLabel[element]), labels.size());
   std::sort(labels.begin(), labels.end());
   std::vector<std::uint32_t> ranks(labels.size());
   std::uint32_t rank = 0;
@@ -31,7 +30,9 @@ class TermKeys {
  public:
   TermKeys(const BiasTerms& terms, const FacetTable& facets, const ElementTable& elements, BiasDirection direction,
            std::string_view letters)
-      : terms_(terms), labels_(terms, facets, elements), direction_(static_cast<float>(direction)), letters_(letters) {}
+      : terms_(terms), direction_(static_cast<float>(direction)), letters_(letters) {
+    if (letters.find_first_of("Aa") != std::string_view::npos) labels_.emplace(terms, facets, elements);
+  }
 
   std::string Key(TermIndex term) const {
     std::string key;
@@ -49,14 +50,12 @@ class TermKeys {
         break;
       case 'A':
         for (std::size_t position = terms_.Positions().size(); position-- > 0;)
-          AppendKey(key, Turned(labels_.Of(position, terms_.Element(index, position)), ascending));
+          AppendKey(key, Turned(labels_->Of(position, terms_.Element(index, position)), ascending));
         break;
       case 'M':
         AddValue(term, term.BiasSize, ascending, key);
         break;
       case 'F':
-      case 'T':
-      case 'Z':
         AddValue(term, term.TStatistic, ascending, key);
         break;
       default:
@@ -79,7 +78,8 @@ class TermKeys {
   }
 
   const BiasTerms& terms_;
-  LabelRanks labels_;
+  /// Only if letter A asks for them.
+  std::optional<LabelRanks> labels_;
   float direction_;
   std::string_view letters_;
 };

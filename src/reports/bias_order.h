@@ -13,7 +13,8 @@
 
 namespace tessaly {
 
-/// Ranks of the elements of bias facets by their labels, compared as padded to one length; equal labels share a rank.
+/// Ranks of the elements of bias facets by their labels, compared without blanks at their ends; equal labels share a
+/// rank.
 class LabelRanks {
  public:
   LabelRanks(const BiasTerms& terms, const FacetTable& facets, const ElementTable& elements);
@@ -28,9 +29,10 @@ class LabelRanks {
   std::vector<ElementIndex> firsts_;
 };
 
-/// The estimable terms in the order of an arrangement: letters A labels (the last facet first), F, T and Z t statistic,
-/// M size, N number; capitals ascending, small letters descending. By size and t, terms of a score of 0 stand where the
-/// lowest value would and those of a perfect score where the highest would, whatever their estimates.
+/// The estimable terms in the order of an arrangement: letters A labels (the last facet first), F t statistic, M size,
+/// N number; capitals ascending, small letters descending; P, for which terms have no figure, changes nothing. By size
+/// and t, terms of a score of 0 stand where the lowest value would and those of a perfect score where the highest
+/// would, whatever their estimates.
 std::vector<TermIndex> SortTerms(const BiasTerms& terms, const FacetTable& facets, const ElementTable& elements,
                                  BiasDirection direction, std::string_view letters);
 

@@ -1,11 +1,12 @@
 #include "reports/bias_pair_rows.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "estimate/significance.h"
 #include "reports/box_line.h"
 #include "reports/element_cell.h"
-#include "reports/measurement_layout.h"
+#include "reports/user_units.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
 
@@ -19,12 +20,6 @@ constexpr int kNarrowestContext = 7;
 constexpr int kAverageWidth = 8;
 constexpr int kTWidth = 5;
 constexpr int kFreedomWidth = 6;
-constexpr int kProbabilityWidth = 6;
-constexpr std::size_t kProbabilityShown = 5;
-
-char MarkOf(BiasFlag flag) {
-  return flag == BiasFlag::Maximum ? '<' : flag == BiasFlag::Minimum ? '>' : ' ';
-}
 
 double Squared(float value) {
   return static_cast<double>(value) * static_cast<double>(value);
@@ -33,82 +28,92 @@ double Squared(float value) {
 }  // namespace
 
 BiasPairRows::BiasPairRows(const BiasTerms& terms, const Analysis& analysis, std::size_t position)
-    : terms_(terms),
-      analysis_(analysis),
-      settings_(analysis.Settings),
-      position_(position),
-      contrasts_(terms, analysis, position) {
+    : terms_(terms), settings_(analysis.Settings), position_(position), contrasts_(terms, analysis, position) {
   for (std::size_t at = 0; at < terms.Positions().size(); ++at)
-    widths_.push_back(std::max(at == position ? kNarrowestContext : kNarrowestShared,
-                               DisplayLength(FacetHead(Facet(at), settings_.Encoding), settings_.Encoding)));
+    columns_.push_back(
+        CellColumn(at == position ? kNarrowestContext : kNarrowestShared, terms.Positions()[at].BiasFacet, analysis));
   BuildHeadings();
 }
 
-const Facet& BiasPairRows::Facet(std::size_t position) const {
-  return analysis_.Facets[terms_.Positions()[position].BiasFacet];
+BiasPairRows::Column BiasPairRows::CellColumn(int narrowest, FacetNumber number, const Analysis& analysis) {
+  const Facet& facet = analysis.Facets[number];
+  const TextEncoding& encoding = analysis.Settings.Encoding;
+  Column column;
+  column.Head = FacetHead(facet, encoding);
+  column.Width = std::max(narrowest, DisplayLength(column.Head, encoding));
+  column.Head = PadToWidth(column.Head, column.Width, encoding);
+  for (const ElementIndex element : facet.Elements())
+    column.Cells.push_back(
+        PadToWidth(ElementCell(facet, element, analysis.Elements, column.Width, encoding), column.Width, encoding));
+  return column;
 }
 
 void BiasPairRows::BuildHeadings() {
-  const TextEncoding& encoding = settings_.Encoding;
-  const auto head = [&](std::size_t position) {
-    return PadToWidth(FacetHead(Facet(position), encoding), widths_[position], encoding);
-  };
-  const std::string vertical(1, box::kVertical);
-  std::string shared;
-  for (std::size_t position = 0; position < widths_.size(); ++position)
-    if (position != position_) shared += " " + head(position);
+  // Widths are added up, not measured again: a label may show in a fraction of columns.
+  const auto padded = [](std::string_view text, int width) { return CutOrPad(text, width); };
   const std::string target = contrasts_.Positive() ? " Target+" : " Target-";
-  const std::string side2 = " Measr  S.E. Average " + head(position_);
-  const std::string side1 = PadToWidth(target + "     Obs-Exp Context", DisplayLength(side2, encoding), encoding);
-  const std::string line1 = vertical + PadToWidth(" Target", DisplayLength(shared, encoding), encoding) + vertical +
-                            side1 + vertical + side1 + vertical + target + " Joint    Rasch-Welch   " + vertical;
-  const std::string line2 = vertical + shared + vertical + side2 + vertical + side2 + vertical +
-                            "Contrast  S.E.   t   d.f. Prob. " + vertical;
-  headLines_ = {line1, line2};
-  for (const char c : line1) ruleTemplate_ += c == box::kVertical ? 'x' : '-';
+  std::string shared;
+  int sharedWidth = 0;
+  for (std::size_t position = 0; position < columns_.size(); ++position) {
+    if (position == position_) continue;
+    shared += " " + columns_[position].Head;
+    sharedWidth += 1 + columns_[position].Width;
+  }
+  const std::string figures = " Measr  S.E. Average ";
+  const std::string side2 = figures + columns_[position_].Head;
+  const std::string side1 =
+      padded(target + "     Obs-Exp Context", static_cast<int>(figures.size()) + columns_[position_].Width);
+  const std::string vertical(1, box::kVertical);
+  headLines_ = {vertical + padded(" Target", sharedWidth) + vertical + side1 + vertical + side1 + vertical + target +
+                    " Joint    Rasch-Welch   " + vertical,
+                vertical + shared + vertical + side2 + vertical + side2 + vertical +
+                    "Contrast  S.E.   t   d.f. Prob. " + vertical};
+  for (const char c : headLines_.front()) ruleTemplate_ += c == box::kVertical ? 'x' : '-';
 }
 
-std::string BiasPairRows::Cell(TermIndex term, std::size_t position) const {
-  return PadToWidth(ElementCell(Facet(position), terms_.Element(term, position), analysis_.Elements, widths_[position],
-                                settings_.Encoding),
-                    widths_[position], settings_.Encoding);
+const std::string& BiasPairRows::Cell(TermIndex term, std::size_t position) const {
+  const ElementIndex element = terms_.Element(term, position);
+  return columns_[position]
+      .Cells[static_cast<std::size_t>(element.value - terms_.Positions()[position].FirstElement.value)];
 }
 
 std::string BiasPairRows::Line(TermIndex first, TermIndex second) const {
   const BiasContrast contrast = contrasts_.Of(first, second);
   std::string line(1, box::kVertical);
-  for (std::size_t position = 0; position < widths_.size(); ++position)
-    if (position != position_) line += " " + Cell(second, position);
-  line += box::kVertical + Side(first, contrast.First);
-  line += box::kVertical + Side(second, contrast.Second);
-  return line + box::kVertical + Contrast(first, second, contrast) + box::kVertical;
+  for (std::size_t position = 0; position < columns_.size(); ++position)
+    if (position != position_) (line += ' ') += Cell(second, position);
+  for (const auto& [term, measure] : {std::pair(first, contrast.First), std::pair(second, contrast.Second)}) {
+    line += box::kVertical;
+    AddSide(term, measure, line);
+  }
+  line += box::kVertical;
+  AddContrast(first, second, contrast, line);
+  line += box::kVertical;
+  return line;
 }
 
-std::string BiasPairRows::Side(TermIndex index, float measure) const {
+void BiasPairRows::AddSide(TermIndex index, float measure, std::string& line) const {
   const BiasTerm& term = terms_.Terms[index];
-  return FormatSingle(settings_.UserMeasure(measure), kMeasureWidth, DecimalsIn(kMeasureWidth, settings_.Udecimals)) +
-         MarkOf(term.Flag) +
-         FormatSingle(settings_.UserSpread(term.StandardError), kErrorWidth,
-                      DecimalsIn(kErrorWidth, settings_.Udecimals)) +
-         FormatSingle(term.ObservedMinusExpected(), kAverageWidth, 2) + " " + Cell(index, position_);
+  line += MeasureText(settings_.UserMeasure(measure), settings_);
+  line += MarkOf(term.Flag);
+  line += ErrorText(term.StandardError, settings_);
+  line += FormatSingle(term.ObservedMinusExpected(), kAverageWidth, 2);
+  (line += ' ') += Cell(index, position_);
 }
 
-std::string BiasPairRows::Contrast(TermIndex first, TermIndex second, const BiasContrast& contrast) const {
+void BiasPairRows::AddContrast(TermIndex first, TermIndex second, const BiasContrast& contrast,
+                               std::string& line) const {
   const BiasTerm& a = terms_.Terms[first];
   const BiasTerm& b = terms_.Terms[second];
   const WelchResult welch =
       WelchTest(static_cast<double>(contrast.T), static_cast<double>(a.CountSum), static_cast<double>(b.CountSum),
                 Squared(a.StandardError), Squared(b.StandardError));
-  const std::string probability = FormatSingle(welch.Probability, kProbabilityWidth, 4);
-  return " " +
-         FormatSingle(settings_.Uscale * contrast.Difference, kMeasureWidth,
-                      DecimalsIn(kMeasureWidth, settings_.Udecimals)) +
-         " " +
-         FormatSingle(settings_.UserSpread(contrast.StandardError), kErrorWidth,
-                      DecimalsIn(kErrorWidth, settings_.Udecimals)) +
-         " " + FormatSingle(contrast.T, kTWidth, 2) +
-         FormatNumber(static_cast<double>(welch.Freedom), kFreedomWidth, 0) + " " +
-         std::string(TrimLeft(probability).substr(0, kProbabilityShown)) + " ";
+  (line += ' ') += MeasureText(settings_.Uscale * contrast.Difference, settings_);
+  (line += ' ') += ErrorText(contrast.StandardError, settings_);
+  (line += ' ') += FormatSingle(contrast.T, kTWidth, 2);
+  line += FormatNumber(static_cast<double>(welch.Freedom), kFreedomWidth, 0);
+  (line += ' ') += ProbabilityText(welch.Probability);
+  line += ' ';
 }
 
 }  // namespace tessaly

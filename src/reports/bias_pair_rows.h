@@ -24,21 +24,26 @@ class BiasPairRows {
   std::string Line(TermIndex first, TermIndex second) const;
 
  private:
+  /// The cells of one bias facet's elements, all as wide as its heading.
+  struct Column {
+    int Width = 0;
+    std::string Head;
+    /// By element, from the facet's first.
+    std::vector<std::string> Cells;
+  };
+
+  static Column CellColumn(int narrowest, FacetNumber number, const Analysis& analysis);
   void BuildHeadings();
-  const tessaly::Facet& Facet(std::size_t position) const;
-  /// Number and label of the element of a term, as wide as its column.
-  std::string Cell(TermIndex term, std::size_t position) const;
-  /// A term's side of the row.
-  std::string Side(TermIndex term, float measure) const;
-  std::string Contrast(TermIndex first, TermIndex second, const BiasContrast& contrast) const;
+  const std::string& Cell(TermIndex term, std::size_t position) const;
+  void AddSide(TermIndex term, float measure, std::string& line) const;
+  void AddContrast(TermIndex first, TermIndex second, const BiasContrast& contrast, std::string& line) const;
 
   const BiasTerms& terms_;
-  const Analysis& analysis_;
   const Settings& settings_;
   std::size_t position_;
   BiasContrasts contrasts_;
-  /// Of the element cells, by position.
-  std::vector<int> widths_;
+  /// By position.
+  std::vector<Column> columns_;
   std::vector<std::string> headLines_;
   std::string ruleTemplate_;
 };

@@ -6,6 +6,7 @@
 #include "reports/edit_word.h"
 #include "reports/element_cell.h"
 #include "reports/summary_rows.h"
+#include "reports/user_units.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
 
@@ -15,11 +16,6 @@ namespace {
 
 constexpr int kMeasureInLabel = 5;
 constexpr int kWide = 6;
-constexpr int kProbabilityWidth = 6;
-
-std::string_view MarkOf(BiasFlag flag) {
-  return flag == BiasFlag::Maximum ? "<" : flag == BiasFlag::Minimum ? ">" : " ";
-}
 
 }  // namespace
 
@@ -91,19 +87,18 @@ std::string BiasRows::Line(TermIndex index) const {
   const BiasTerm& term = terms_.Terms[index];
   const std::string label = Label(index);
   const auto t = static_cast<double>(direction_ * term.TStatistic);
-  const std::string probability = FormatSingle(StudentProbability(t, term.Freedom()), kProbabilityWidth, 4);
   return EditWord(layout_.RowFmtNormal, settings_.Encoding)
       .EditText(settings_.LeftHand ? label : "")
       .EditScore(static_cast<double>(term.RawSum))
       .EditDouble(static_cast<double>(term.ExpectedRawSum))
       .EditScore(static_cast<double>(term.CountSum))
       .EditText(FormatSingle(term.ObservedMinusExpected(), kWide, 2))
-      .EditText(Size(static_cast<double>(settings_.Uscale * (direction_ * term.BiasSize))))
-      .EditText(MarkOf(term.Flag))
-      .EditText(Error(static_cast<double>(settings_.UserSpread(term.StandardError))))
+      .EditText(MeasureText(settings_.Uscale * (direction_ * term.BiasSize), settings_))
+      .EditText(std::string(1, MarkOf(term.Flag)))
+      .EditText(ErrorText(term.StandardError, settings_))
       .EditText(FormatNumber(t, kWide, 2))
       .EditText(FormatNumber(static_cast<double>(term.Freedom()), kWide, 0))
-      .EditText(TrimLeft(probability))
+      .EditText(ProbabilityText(StudentProbability(t, term.Freedom())))
       .EditSingle(term.InfitMeanSquare)
       .EditSingle(term.OutfitMeanSquare)
       .EditText(settings_.LeftHand ? "" : label)

@@ -12,7 +12,7 @@
 namespace tessaly {
 
 /// Moments of the responses with the terms in the model, and the variance explained by the measures and by the terms.
-/// `main` is the fit without them; `run` the number of the run, from 1.
+/// `main` is the fit without them; `run` the number of the model statement that asks for it, from 1.
 void BiasSummaryTable(std::int32_t run, const BiasTerms& terms, const DataFit& main, const Settings& settings,
                       ReportWriter& report, Console& console);
 

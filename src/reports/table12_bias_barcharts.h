@@ -11,7 +11,7 @@
 namespace tessaly {
 
 /// The distributions of the sizes (user units) and the t statistics of the estimable terms, with the sign of `Bias=`.
-/// `run` is the number of the run, from 1.
+/// `run` is the number of the model statement that asks for it, from 1.
 void BiasBarcharts(std::int32_t run, const BiasTerms& terms, const Settings& settings, ReportWriter& report,
                    Console& console);
 

@@ -1,6 +1,7 @@
 #include "reports/table14_bias_pairs.h"
 
 #include <cstring>
+#include <optional>
 
 #include "reports/arrangement.h"
 #include "reports/bias_heading.h"
@@ -39,11 +40,17 @@ std::string PairsText(const BiasTerms& terms, const FacetTable& facets, std::siz
 class PairKeys {
  public:
   PairKeys(const BiasTerms& terms, const Analysis& analysis, std::size_t position, std::string_view letters)
-      : terms_(terms),
-        elements_(analysis.Elements),
-        labels_(terms, analysis.Facets, analysis.Elements),
-        position_(position),
-        letters_(letters) {}
+      : terms_(terms), elements_(analysis.Elements), position_(position), letters_(letters) {
+    if (letters.find_first_of("Aa") != std::string_view::npos)
+      labels_.emplace(terms, analysis.Facets, analysis.Elements);
+  }
+
+  /// Bytes of each key.
+  std::size_t Size() const {
+    std::string key;
+    AppendTo(key, terms_.Terms.first(), terms_.Terms.first(), {});
+    return key.size();
+  }
 
   void AppendTo(std::string& key, TermIndex first, TermIndex second, const BiasContrast& contrast) const {
     for (const char letter : letters_) {
@@ -57,14 +64,12 @@ class PairKeys {
           break;
         case 'A':
           AppendElements(key, first, second, ascending,
-                         [&](std::size_t position, ElementIndex element) { return labels_.Of(position, element); });
+                         [&](std::size_t position, ElementIndex element) { return labels_->Of(position, element); });
           break;
         case 'M':
           AppendKey(key, sign * contrast.Difference);
           break;
         case 'F':
-        case 'T':
-        case 'Z':
           AppendKey(key, sign * contrast.T);
           break;
         default:
@@ -89,7 +94,8 @@ class PairKeys {
 
   const BiasTerms& terms_;
   const ElementTable& elements_;
-  LabelRanks labels_;
+  /// Only if letter A asks for them.
+  std::optional<LabelRanks> labels_;
   std::size_t position_;
   std::string_view letters_;
 };
@@ -113,10 +119,8 @@ class PairTables {
   bool Write(const Arrangement& arrangement) {
     TableFrame frame(report_, analysis_.Settings, console_);
     const PairKeys keys(terms_, analysis_, position_, arrangement.Letters);
-    std::string record;
-    keys.AppendTo(record, {1}, {1}, {});
-    RecordSorter sorter(TemporaryFolder(), record.size() + sizeof(Pair), record.size());
-    if (!Collect(arrangement, keys, frame, sorter)) return false;
+    RecordSorter sorter(TemporaryFolder(), keys.Size() + sizeof(Pair), keys.Size());
+    if (!Collect(keys, sorter)) return false;
     if (sorter.Count() == 0) {
       report_.WriteTableLine("Table 14. Nothing to report");
       return true;
@@ -124,7 +128,8 @@ class PairTables {
     console_.ShowProgress("Sorting...", false);
     sorter.Sort([&] { control_.Poll(); });
     console_.ShowProgress("Sorted", true);
-    return WriteRows(frame, record.size(), sorter);
+    StartTable(arrangement, frame);
+    return WriteRows(frame, keys.Size(), sorter);
   }
 
   std::int32_t SubTables() const { return subTables_; }
@@ -135,11 +140,12 @@ class PairTables {
     TermIndex Second;
   };
 
-  bool Collect(const Arrangement& arrangement, const PairKeys& keys, TableFrame& frame, RecordSorter& sorter) {
+  bool Collect(const PairKeys& keys, RecordSorter& sorter) {
     std::int64_t met = 0;
     std::int64_t marks = 0;
     std::string record;
     const std::int64_t count = groups_.PairCount();
+    console_.ShowProgress(">", false);
     for (std::size_t group = 0; group < groups_.GroupCount(); ++group)
       for (const TermIndex* first = groups_.begin(group); first != groups_.end(group); ++first)
         for (const TermIndex* second = first + 1; second != groups_.end(group); ++second) {
@@ -150,7 +156,6 @@ class PairTables {
           }
           const BiasContrast contrast = rows_.Contrasts().Of(*first, *second);
           if (!analysis_.Settings.BiasSelected(contrast.Difference, contrast.T)) continue;
-          if (sorter.Count() == 0) StartTable(arrangement, frame);
           record.clear();
           keys.AppendTo(record, *first, *second, contrast);
           const Pair pair{*first, *second};
@@ -166,7 +171,6 @@ class PairTables {
                      BareText(terms_.Positions()[position_].BiasFacet.value) +
                      "  Bias/Interaction Pairwise Report (arranged by " + arrangement.Text + ")");
     WriteBiasHeading(terms_, report_);
-    console_.ShowProgress(">", false);
   }
 
   bool WriteRows(TableFrame& frame, std::size_t keyBytes, RecordSorter& sorter) {

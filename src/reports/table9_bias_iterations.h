@@ -16,7 +16,7 @@ namespace tessaly {
 /// Shows each iteration on the screen, and with `Write=Y` writes all its lines into the report.
 class BiasIterationTable : public IterationListener {
  public:
-  /// Writes the title: `run` is the number of the run, from 1.
+  /// Writes the title: `run` is the number of the model statement that asks for it, from 1.
   BiasIterationTable(std::int32_t run, const BiasTerms& terms, const Analysis& analysis, ReportWriter& report,
                      Console& console);
 

@@ -19,7 +19,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::array kBiasTables = {9, 11, 12, 13, 14};
+constexpr std::array kBiasTables = {9, 10, 11, 12, 13, 14};
 
 /// One run.
 class BiasRun {
