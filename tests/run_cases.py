@@ -195,7 +195,7 @@ class Case:
 
     def start(self, arguments, status):
         environment = {"PATH": os.environ.get("PATH", os.defpath), "LC_ALL": "C", "SOURCE_DATE_EPOCH": "1000000000",
-                       "TMPDIR": str(self.temporary)}
+                       "TMPDIR": str(self.temporary), "TESSALY_SETTINGS": os.devnull}
         self.arguments = arguments
         try:
             self.run = subprocess.run([self.program, *arguments], cwd=self.folder, env=environment, check=False,

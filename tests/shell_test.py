@@ -34,7 +34,8 @@ class Shell(unittest.TestCase):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.temporary = self.folder / "tmp"
         self.temporary.mkdir()
-        self.environment = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary)}
+        self.environment = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary),
+                            "TESSALY_SETTINGS": os.devnull}
 
     def start(self, *words, **options):
         return subprocess.Popen([PROGRAM, *words], cwd=self.folder, env=self.environment, text=True,

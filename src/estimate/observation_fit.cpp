@@ -9,11 +9,6 @@ namespace {
 
 constexpr float kLargestResidual = 9.0F;
 
-float SignedRoot(float square, float sign) {
-  const float root = std::min(static_cast<float>(std::sqrt(static_cast<double>(square))), kLargestResidual);
-  return sign > 0 ? root : sign < 0 ? -root : 0.0F;
-}
-
 void AddDichotomy(const Observation& obs, double expected, ScaleTables& scales) {
   const double w = static_cast<double>(obs.ObsWeight);
   const double measure = static_cast<double>(obs.MeasureSum);
@@ -60,12 +55,18 @@ void AddExpectedCounts(const Observation& obs, float expected, const ResponseKer
 
 }  // namespace
 
+float HeldResidual(const ResponseMoments& moments) {
+  const double root = std::sqrt(static_cast<double>(moments.ResidualSquareZ));
+  const float size = std::min(static_cast<float>(root), kLargestResidual);
+  const float residual = moments.ResponseResidual;
+  return residual > 0 ? size : residual < 0 ? -size : 0.0F;
+}
+
 ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel) {
   ObservationFit fit;
   const float expected = kernel.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, measure);
   fit.Moments = ObservationMoments(kernel, obs.CurrentTop, obs.ObsOrdinal, expected);
-  if (obs.Status == ReadStatus::Usable)
-    fit.StandardizedResidual = SignedRoot(fit.Moments.ResidualSquareZ, fit.Moments.ResponseResidual);
+  if (obs.Status == ReadStatus::Usable) fit.StandardizedResidual = HeldResidual(fit.Moments);
   if (obs.ObsResponse != obs.ObsOrdinal) fit.ReportingOffset = scales.Scales[obs.CurrentScale].ScaleBottomRaw;
   if (obs.ObsOrdinal < 0) throw FatalError{"Failure (14)! Fair score computation failure."};
   return fit;

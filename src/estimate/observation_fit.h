@@ -21,6 +21,9 @@ struct ObservationFit {
   std::int32_t ReportedResponse(const Observation& obs) const { return obs.ObsOrdinal + ReportingOffset; }
 };
 
+/// Standardized residual z of a response, (x - E) / square root of V, held at 9 in size.
+float HeldResidual(const ResponseMoments& moments);
+
 /// Fit of `obs` at `measure` (logit, net). Leaves the category probabilities there in `kernel`.
 ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel);
 

@@ -40,6 +40,15 @@ double NormalTail(double z) {
   return z < 0 ? 1 - tail : tail;
 }
 
+double NormalTwoSided(double z) {
+  const double u = std::fabs(z) * kRootOfHalf;
+  const double t = 1 / (1 + 0.3275911 * u);
+  double polynomial = 0;
+  for (const double coefficient : {1.061405429, -1.453152027, 1.421413741, -0.284496736, 0.254829592})
+    polynomial = (polynomial + coefficient) * t;
+  return polynomial * std::exp(-u * u);
+}
+
 float ChiSquareProbability(double chi, double freedom) {
   if (!(chi > 0) || !(freedom >= 1)) return 1;
   if (freedom == 1) return static_cast<float>(2 * NormalTail(std::sqrt(chi)));

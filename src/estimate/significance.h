@@ -8,6 +8,10 @@ namespace tessaly {
 /// Probability that a unit normal deviate is above `z` (Abramowitz & Stegun 7.1.28; error below 3e-7).
 double NormalTail(double z);
 
+/// Probability that a unit normal deviate is at least as far from 0 as `z` (Abramowitz & Stegun 7.1.26; error below
+/// 2e-7).
+double NormalTwoSided(double z);
+
 /// Probability that a chi-square of `freedom` degrees of freedom is above `chi`, by the normal approximation of Peizer
 /// & Pratt (1968). 1 if `chi` is not above 0 or `freedom` is below 1.
 float ChiSquareProbability(double chi, double freedom);

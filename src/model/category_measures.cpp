@@ -89,21 +89,28 @@ std::vector<CategoryMeasure> MeasureCategories(ScaleNumber scale, std::int32_t t
   return categories;
 }
 
-CurveRange FindCurveRange(float uscale, const ModelTables& models, const ScaleTables& scales, ResponseKernel& kernel) {
+CurveRange FindScoreRange(float inside, std::int32_t leastTop, const ModelTables& models, const ScaleTables& scales,
+                          ResponseKernel& kernel) {
   float low = std::numeric_limits<float>::infinity();
   float high = -low;
   for (const ScaleNumber number : scales.ScaleOrder) {
     const Scale& scale = scales.Scales[number];
-    if (scale.ScaleTopCategory <= 1) continue;
+    if (scale.ScaleTopCategory < leastTop) continue;
     const ModelType type = models.Statements[scale.ScaleModel].ModelType;
     const auto at = [&](float score) {
       return MeasureForScore(kernel, number, type, scale.ScaleTopCategory, score).Measure;
     };
-    low = std::min(low, at(kExtremeScore));
-    high = std::max(high, at(static_cast<float>(scale.ScaleTopCategory) - kExtremeScore));
+    low = std::min(low, at(inside));
+    high = std::max(high, at(static_cast<float>(scale.ScaleTopCategory) - inside));
   }
   if (low > high) return {};
-  return {low * uscale, high * uscale};
+  return {low, high};
+}
+
+CurveRange FindCurveRange(float uscale, const ModelTables& models, const ScaleTables& scales, ResponseKernel& kernel) {
+  constexpr std::int32_t kLeastTop = 2;
+  const CurveRange logits = FindScoreRange(kExtremeScore, kLeastTop, models, scales, kernel);
+  return {logits.Low * uscale, logits.High * uscale};
 }
 
 }  // namespace tessaly

@@ -35,14 +35,19 @@ struct CategoryMeasure {
 std::vector<CategoryMeasure> MeasureCategories(ScaleNumber scale, std::int32_t top, float uscale,
                                                const ScaleTables& scales, ResponseKernel& kernel);
 
-/// What all charts of categories have to show, in user units without `Umean`. A negative `Uscale=` puts Low above High.
+/// What curves of categories have to show.
 struct CurveRange {
   float Low = 0;
   float High = 0;
 };
 
-/// From the lowest measure of expected score `kExtremeScore` to the highest of top - `kExtremeScore`, over all reported
-/// scales of more than one step. Both ends are 0 if there is none.
+/// From the lowest measure (logit) of expected score `inside` to the highest of top - `inside`, over all reported
+/// scales of at least `leastTop` steps. Both ends are 0 if there is none.
+CurveRange FindScoreRange(float inside, std::int32_t leastTop, const ModelTables& models, const ScaleTables& scales,
+                          ResponseKernel& kernel);
+
+/// The range of the charts of categories, in user units without `Umean`: of expected scores `kExtremeScore` inside the
+/// ends, over all reported scales of more than one step. A negative `Uscale=` puts Low above High.
 CurveRange FindCurveRange(float uscale, const ModelTables& models, const ScaleTables& scales, ResponseKernel& kernel);
 
 }  // namespace tessaly

@@ -24,7 +24,7 @@ void ReportConsole::ReportLine(std::string_view text) {
 
 void ReportConsole::ShowProgress(std::string_view text, bool endLine) {
   control_.Poll();
-  screen_.ShowProgress(text, endLine);
+  if (IterationBars) screen_.ShowProgress(text, endLine);
 }
 
 std::vector<std::string> ReportConsole::TakePendingWarnings() {

@@ -24,6 +24,9 @@ class ReportConsole : public Console {
   void ShowFatal(std::string_view text) override { screen_.ShowFatal(text); }
   void Beep() override { screen_.Beep(); }
 
+  /// Whether marks of progress are shown.
+  bool IterationBars = true;
+
   /// Hands over the warnings that came before; from here on warnings go to the report at once.
   std::vector<std::string> TakePendingWarnings();
 

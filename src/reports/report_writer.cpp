@@ -1,5 +1,7 @@
 #include "reports/report_writer.h"
 
+#include <utility>
+
 #include "spec/file_names.h"
 #include "support/bytes.h"
 
@@ -7,14 +9,19 @@ namespace tessaly {
 
 namespace {
 
-/// The generic name stands last: where none of the others is installed, columns would not line up without it.
-constexpr std::string_view kWebpageStart = "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New, monospace'>";
 constexpr std::string_view kLineEnd = "\r\n";
 
 ReportForm FormOf(const std::string& path, char asciiOption) {
   const std::string extension = ExtensionOf(path);
   if (extension == ".html" || extension == ".htm") return ReportForm::Webpage;
   return asciiOption == 'N' ? ReportForm::Drawing : ReportForm::Text;
+}
+
+std::string WebpageStart(const Settings& settings) {
+  std::string font = settings.WebpageFont;
+  // What would end the attribute or the tag is no part of a font's name.
+  std::erase_if(font, [](char c) { return c == '\'' || c == '<' || c == '>'; });
+  return "<BODY><FONT FACE='" + font + "'>" + (settings.WebpageBold ? "<B>" : "");
 }
 
 }  // namespace
@@ -54,9 +61,8 @@ std::string ReportWriter::Rendered(std::string_view line) {
     case ReportForm::Webpage:
       break;
   }
-  const std::string start(webpageStarted_ ? std::string_view() : kWebpageStart);
-  webpageStarted_ = true;
-  return start + ToWebpage(shown);
+  const bool first = !std::exchange(webpageStarted_, true);
+  return (first ? WebpageStart(settings_) : "") + ToWebpage(shown);
 }
 
 void ReportWriter::WriteTableLine(std::string_view line) {

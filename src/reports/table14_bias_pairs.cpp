@@ -119,7 +119,7 @@ class PairTables {
   bool Write(const Arrangement& arrangement) {
     TableFrame frame(report_, analysis_.Settings, console_);
     const PairKeys keys(terms_, analysis_, position_, arrangement.Letters);
-    RecordSorter sorter(TemporaryFolder(), keys.Size() + sizeof(Pair), keys.Size());
+    RecordSorter sorter(TemporaryFolderOr(analysis_.Settings.WorkFolder), keys.Size() + sizeof(Pair), keys.Size());
     if (!Collect(keys, sorter)) return false;
     if (sorter.Count() == 0) {
       report_.WriteTableLine("Table 14. Nothing to report");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,11 +32,15 @@
 #include "reports/table8_categories.h"
 #include "reports/table_frame.h"
 #include "run/bias_runs.h"
+#include "run/output_files.h"
+#include "run/recent_files.h"
 #include "run/specification_file.h"
 #include "spec/file_names.h"
 #include "spec/input_stack.h"
+#include "spec/settings_file.h"
 #include "state/run_control.h"
 #include "support/bytes.h"
+#include "support/file_identity.h"
 #include "support/number_text.h"
 #include "support/work_file.h"
 
@@ -57,17 +62,13 @@ std::string HoursMinutesSeconds(double elapsed) {
   return twoPlaces(seconds / 3600) + ":" + twoPlaces(seconds / 60 % 60) + ":" + twoPlaces(seconds % 60);
 }
 
-bool SameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  return !a.empty() && !b.empty() && std::filesystem::equivalent(a, b, error) && !error;
-}
-
 /// Takes one analysis through its phases, in the order in which things happen.
 class AnalysisRun {
  public:
-  AnalysisRun(Analysis& analysis, CommandLine commandLine, Host& shell)
+  AnalysisRun(Analysis& analysis, CommandLine commandLine, SettingsEnvironment environment, Host& shell)
       : analysis_(analysis),
         commandLine_(std::move(commandLine)),
+        environment_(std::move(environment)),
         shell_(shell),
         control_(shell.user),
         report_(analysis.Settings),
@@ -91,18 +92,20 @@ class AnalysisRun {
     } catch (const FatalError& error) {
       FatalFailure(error.Text);
     }
-    return Finish(Outcome::Finished);
+    return Finish(outputs_.AnyFailed() ? Outcome::Incomplete : Outcome::Finished);
   }
 
  private:
   void ReadSpecifications() {
+    ReadInitialSettings();
     CheckTemporaryFolder();
     location_ = "Specification";
-    SettleSpecificationFile(commandLine_, host_);
+    SettleSpecificationFile(commandLine_, initial_.Xtraask, host_);
     folder_ = FolderOf(commandLine_.FileNames.front());
     analysis_.Settings.SpecFileName = commandLine_.FileNames.front();
     input_.emplace(analysis_.Input, console_, folder_);
     input_->Open(analysis_.Settings.SpecFileName, "Specification");
+    RememberSpecification();
     console_.ShowMessage("Processing specifications from " + Quoted(analysis_.Settings.SpecFileName));
     ReadSpecification(analysis_, commandLine_, host_, *input_);
     const Settings& settings = analysis_.Settings;
@@ -114,9 +117,26 @@ class AnalysisRun {
     if (!watched) analysis_.Settings.QueryOption = false;
   }
 
+  void ReadInitialSettings() {
+    initial_ = ReadSettings(LocateSettings(environment_), analysis_.Settings, console_);
+    console_.IterationBars = initial_.IterationBars;
+    analysis_.Settings.WorkFolder = SettleTemporaryFolder(environment_, initial_, console_);
+  }
+
+  /// Those who come back find their files; a job that nobody watches leaves no trace of what it read.
+  void RememberSpecification() const {
+    const std::string store = LocateSettings(environment_).RecentFiles;
+    if (store.empty() || !shell_.user.Present() || commandLine_.Batch) return;
+    std::error_code error;
+    const std::filesystem::path file = std::filesystem::absolute(analysis_.Settings.SpecFileName, error);
+    if (error) return;
+    AddRecentFile(store, file.parent_path().string() + "/");
+    AddRecentFile(store, file.string());
+  }
+
   /// Nothing is worse than an unusable folder after an hour: better to know at once.
-  static void CheckTemporaryFolder() {
-    const std::string folder = TemporaryFolder();
+  void CheckTemporaryFolder() const {
+    const std::string folder = TemporaryFolderOr(analysis_.Settings.WorkFolder);
     try {
       const WorkFile test(folder);
     } catch (const Halt& halt) {
@@ -140,12 +160,18 @@ class AnalysisRun {
                            std::string(kReportPurpose));
       throw Halt{FailureCode::WorkFileProblem, {}};
     }
+    outputs_.Prepare(Inputs());
   }
 
-  void RefuseOverwriting(const std::string& name) const {
+  std::vector<std::string> Inputs() const {
     std::vector<std::string> inputs = input_->Opened();
     for (const std::string& data : DataFileNames(analysis_.Settings.DataFileName))
       inputs.push_back(FindInputFile(data, folder_));
+    return inputs;
+  }
+
+  void RefuseOverwriting(const std::string& name) const {
+    const std::vector<std::string> inputs = Inputs();
     if (std::none_of(inputs.begin(), inputs.end(), [&](const std::string& input) { return SameFile(name, input); }))
       return;
     throw Halt{FailureCode::IncompatibleFile,
@@ -167,7 +193,7 @@ class AnalysisRun {
     const ElementLayout layout(analysis_.Facets, analysis_.Fields);
     if (layout.ElementRecordLength() == 0 && analysis_.Settings.LabelsBuild == 'N')
       throw Halt{FailureCode::NoActiveElements, {}};
-    ObservationWriter writer(TemporaryFolder(), layout);
+    ObservationWriter writer(TemporaryFolderOr(analysis_.Settings.WorkFolder), layout);
     report_.SelectTable(2);
     StartDataSummaryTable(analysis_, report_, console_);
     inData_ = true;
@@ -211,9 +237,18 @@ class AnalysisRun {
     }
     dataFit_ = fit.Data();
     WriteDataFit();
+    outputs_.WriteAnchors();
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
     unexpected_.emplace(std::move(fit).Unexpected());
+    outputs_.WriteResults(Seed(), *store_, *kernel_, control_);
+  }
+
+  /// What the random numbers start from: what the user gives, or the clock.
+  std::uint64_t Seed() {
+    if (analysis_.Settings.Seed) return *analysis_.Settings.Seed;
+    const auto ticks = static_cast<std::uint64_t>(shell_.clock.Seconds() * 1e6);
+    return ticks ^ std::hash<std::string>()(shell_.clock.RunDate());
   }
 
   void CompareRaters() {
@@ -316,11 +351,14 @@ class AnalysisRun {
 
   Analysis& analysis_;
   CommandLine commandLine_;
+  SettingsEnvironment environment_;
   Host& shell_;
   RunControl control_;
   ReportWriter report_;
   ReportConsole console_;
   Host host_;
+  InitialSettings initial_;
+  OutputFiles outputs_{analysis_, console_};
   std::optional<InputStack> input_;
   std::string folder_;
   std::string location_;
@@ -335,8 +373,8 @@ class AnalysisRun {
 
 }  // namespace
 
-Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host) {
-  return AnalysisRun(analysis, std::move(commandLine), host).Run();
+Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host, SettingsEnvironment environment) {
+  return AnalysisRun(analysis, std::move(commandLine), std::move(environment), host).Run();
 }
 
 }  // namespace tessaly

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "spec/read_specification.h"
+#include "spec/settings_location.h"
 #include "state/analysis.h"
 #include "support/host.h"
 
@@ -9,12 +10,15 @@ namespace tessaly {
 
 enum class Outcome {
   Finished,
+  /// To the end, but an output file could not be written: it was told.
+  Incomplete,
   /// A failure was reported.
   Halted,
 };
 
-/// Runs one analysis into `analysis`, which must be fresh. Failures are reported through the host's console. Throws
+/// Runs one analysis into `analysis`, which must be fresh. The settings files that `environment` leads to give the
+/// defaults; without it there are none. Failures are reported through the host's console. Throws
 /// `Stopped` when the user leaves or an internal failure has been shown.
-Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host);
+Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host, SettingsEnvironment environment = {});
 
 }  // namespace tessaly

@@ -44,7 +44,7 @@ bool AskForExtraSpecs(CommandLine& commandLine, Host& host) {
 
 }  // namespace
 
-void SettleSpecificationFile(CommandLine& commandLine, Host& host) {
+void SettleSpecificationFile(CommandLine& commandLine, bool askForExtraSpecs, Host& host) {
   const bool mayAsk = host.user.Present() && !commandLine.Batch;
   std::string& name = commandLine.FileNames.front();
   for (;;) {
@@ -63,7 +63,7 @@ void SettleSpecificationFile(CommandLine& commandLine, Host& host) {
       name.clear();
       continue;
     }
-    if (!mayAsk || !commandLine.ExtraSpecs.empty() || AskForExtraSpecs(commandLine, host)) return;
+    if (!mayAsk || !askForExtraSpecs || !commandLine.ExtraSpecs.empty() || AskForExtraSpecs(commandLine, host)) return;
     name.clear();
   }
 }

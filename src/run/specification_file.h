@@ -6,9 +6,10 @@
 
 namespace tessaly {
 
-/// Settles the specification file and, where somebody is there to be asked, the extra specifications of `commandLine`.
+/// Settles the specification file and, with `askForExtraSpecs` and somebody there to be asked, the extra specifications
+/// of `commandLine`.
 /// A name that ends in a separator is a folder to change to, "*" means to ask. Throws `Halt{NoFileName}` when there is
 /// no name and nobody gives one.
-void SettleSpecificationFile(CommandLine& commandLine, Host& host);
+void SettleSpecificationFile(CommandLine& commandLine, bool askForExtraSpecs, Host& host);
 
 }  // namespace tessaly

@@ -1,6 +1,5 @@
 #include "spec/file_keywords.h"
 
-#include "spec/keywords.h"
 #include "spec/setting_values.h"
 
 namespace tessaly {
@@ -36,6 +35,10 @@ void KeepOrTake(std::string& file, std::string_view name) {
 
 }  // namespace
 
+void TakeIfNamed(std::string& file, std::string_view name) {
+  if (!name.empty()) file = name;
+}
+
 void ReadData(SpecContext& context, const SplitLine& line) {
   Settings& settings = context.Analysis.Settings;
   const std::string_view name = line.Value(1);
@@ -51,10 +54,11 @@ void ReadData(SpecContext& context, const SplitLine& line) {
 }
 
 void ReadOutput(SpecContext& context, const SplitLine& line) {
-  NameOutputFile(context, "Output=", &Settings::OutputFileName, line.Value(1));
-  NameOutputFile(context, "Anchorfile=", &Settings::AnchorFileName, line.Value(2));
-  NameOutputFile(context, "Residualfile=", &Settings::ResidualFileName, line.Value(3));
-  NameOutputFile(context, "Graphfile=", &Settings::GraphFileName, line.Value(4));
+  Settings& settings = context.Analysis.Settings;
+  TakeIfNamed(settings.OutputFileName, line.Value(1));
+  TakeIfNamed(settings.AnchorFileName, line.Value(2));
+  TakeIfNamed(settings.ResidualFileName, line.Value(3));
+  TakeIfNamed(settings.GraphFileName, line.Value(4));
 }
 
 void ReadAnchorfile(SpecContext& context, const SplitLine& line) {
@@ -79,18 +83,12 @@ void ReadScorefile(SpecContext& context, const SplitLine& line) {
   if (!line.Value(2).empty()) SetCsvDelimiter(context, line.Value(2));
 }
 
-void ReadCsv(SpecContext& context, const SplitLine& line) {
-  SetCsvDelimiter(context, line.Value(1));
+void ReadSeed(SpecContext& context, const SplitLine& line) {
+  context.Analysis.Settings.Seed = static_cast<std::uint64_t>(AbsoluteWholeValue(line.Value(1)));
 }
 
-void NameOutputFile(SpecContext& context, std::string_view keyword, std::string Settings::*file,
-                    std::string_view name) {
-  if (name.empty()) return;
-  if (FindKeyword(keyword)->NotBuiltYet()) {
-    context.TellUnavailable(keyword);
-  } else {
-    context.Analysis.Settings.*file = name;
-  }
+void ReadCsv(SpecContext& context, const SplitLine& line) {
+  SetCsvDelimiter(context, line.Value(1));
 }
 
 }  // namespace tessaly

@@ -24,9 +24,10 @@ void ReadSimulated(SpecContext& context, const SplitLine& line);
 void ReadScorefile(SpecContext& context, const SplitLine& line);
 /// `CSV=`.
 void ReadCsv(SpecContext& context, const SplitLine& line);
+/// `Seed=`.
+void ReadSeed(SpecContext& context, const SplitLine& line);
 
-/// Sets the name of the output file of `keyword` ("Anchorfile="), unless that is not available. An empty name does
-/// nothing.
-void NameOutputFile(SpecContext& context, std::string_view keyword, std::string Settings::*file, std::string_view name);
+/// Sets the name of a file, unless `name` is empty.
+void TakeIfNamed(std::string& file, std::string_view name);
 
 }  // namespace tessaly

@@ -23,7 +23,7 @@ namespace {
 
 constexpr Keyword kKeywords[] = {
     {"Anchorfile=", "AN", "file name", "none", "Writes a specification file with the estimates as anchor values.",
-     ReadAnchorfile, KeywordUse::NotBuiltYet},
+     ReadAnchorfile},
     {"Arrange=", "A", "codes: facet number (optional), letters of A F M N P a f m n p; empty for no Table 7", "mN,fN,N",
      "Orders of the measurement reports (Table 7): by alphabet, fit, measure, number, point-biserial; capitals "
      "ascending, small letters descending.",
@@ -66,7 +66,7 @@ constexpr Keyword kKeywords[] = {
     {"Glabel=", "GL", "facet, group, label; one or a block", "none", "Labels of element groups in Table 7.", ReadGlabel,
      KeywordUse::Repeated},
     {"Graphfile=", "GR", "file name, code as in CSV=", "none", "Writes the curves of the graphs to a file.",
-     ReadGraphfile, KeywordUse::NotBuiltYet},
+     ReadGraphfile},
     {"Hardware=", "H", "number above 0", "80", "Largest exponent: the limit of measures, in logits.", ReadHardware},
     {"Heading lines=", "HE HL", "Y or N", "Y", "Column headings in output files.",
      YesNo<&Settings::HeadingLinesOption>},
@@ -115,14 +115,14 @@ constexpr Keyword kKeywords[] = {
     {"Rating scale=", "R", "name, code, General or Specific, Ordinal or Keep, (nothing), subtitle; a block", "none",
      "A named scale: category labels, thresholds and recoding.", ReadRatingScale, KeywordUse::Repeated},
     {"Replication=", "REP", "text", "R", "What a replication field in data begins with.", ReadReplication},
-    {"Residualfile=", "RES YN", "file name", "none", "Writes a file of residuals.", ReadResidualfile,
-     KeywordUse::NotBuiltYet},
+    {"Residualfile=", "RES YN", "file name", "none", "Writes a file of residuals.", ReadResidualfile},
     {"Scorefile=", "SC", "file name, code as in CSV=", "none", "Writes a file of measures for each facet.",
-     ReadScorefile, KeywordUse::NotBuiltYet},
+     ReadScorefile},
+    {"Seed=", "SEED", "whole number from 0 to 2147483646", "from the clock",
+     "Where the random numbers of Simulated= start: the same number gives the same data.", ReadSeed},
     {"Show unobserved=", "SH", "Y or N", "N", "Shows elements without observations: the opposite of Omit-unobserved=.",
      NoYes<&Settings::OmitUnobserved>, KeywordUse::Once, "Omit-unobserved="},
-    {"Simulated=", "SI", "file name", "none", "Writes a file of simulated data.", ReadSimulated,
-     KeywordUse::NotBuiltYet},
+    {"Simulated=", "SI", "file name", "none", "Writes a file of simulated data.", ReadSimulated},
     {"Standard errors=", "S", "Real (or E) or Model", "Model",
      "Standard errors enlarged by misfit, or as the model has them.", ReadStandardErrors},
     {"Subsets=", "SU", "Yes, Report, List or No", "Yes", "Looks for elements whose measures cannot be compared.",
@@ -154,8 +154,7 @@ constexpr Keyword kKeywords[] = {
      "How far extreme scores are moved inward to get finite measures.", ReadXtreme},
     {"Yardstick=", "Y", "columns, lines, low, high, extremes", "none", "Dimensions of the rulers in Table 6.",
      List<&Settings::YardstickSpec>},
-    {"Zscore=", "Z", "bias size, t-score", "0, 0", "Least size or t of the rows of Tables 13 and 14.",
-     ReadZscore},
+    {"Zscore=", "Z", "bias size, t-score", "0, 0", "Least size or t of the rows of Tables 13 and 14.", ReadZscore},
 };
 
 constexpr std::size_t kLongestPrefix = 5;
@@ -207,11 +206,6 @@ std::string_view MarkOf(const Keyword& keyword) {
   return keyword.OtherFormOf.empty() ? keyword.Name : keyword.OtherFormOf;
 }
 
-/// Whether the line asks for anything: a value that is not empty and not 0.
-bool AsksForSomething(const SplitLine& line) {
-  return !line.Value(1).empty() && line.Value(1) != "0";
-}
-
 }  // namespace
 
 std::span<const Keyword> Keywords() {
@@ -255,11 +249,7 @@ void ApplyKeyword(SpecContext& context, const SplitLine& line) {
     context.Analysis.SpecComments.push_back(text);
     return;
   }
-  if (!keyword->NotBuiltYet()) {
-    keyword->Apply(context, line);
-  } else if (AsksForSomething(line)) {
-    context.TellUnavailable(keyword->Name);
-  }
+  keyword->Apply(context, line);
 }
 
 }  // namespace tessaly

@@ -14,8 +14,6 @@ enum class KeywordUse {
   /// Only the first occurrence counts.
   Once,
   Repeated,
-  /// What it asks for does not exist yet: the user is told, and it has no effect.
-  NotBuiltYet,
 };
 
 /// One keyword. All texts are meant for the user.
@@ -32,8 +30,6 @@ struct Keyword {
   KeywordUse Use = KeywordUse::Once;
   /// The keyword that this one is another form of: one of the two may be given.
   std::string_view OtherFormOf = {};
-
-  bool NotBuiltYet() const { return Use == KeywordUse::NotBuiltYet; }
 };
 
 /// All keywords, by name.

@@ -20,9 +20,9 @@ void TakeFileNames(SpecContext& context, const std::array<std::string, 5>& names
     settings.OutputFileName = names[1];
     MarkAsSeen(context, *FindKeyword("Output="));
   }
-  NameOutputFile(context, "Anchorfile=", &Settings::AnchorFileName, names[2]);
-  NameOutputFile(context, "Residualfile=", &Settings::ResidualFileName, names[3]);
-  NameOutputFile(context, "Graphfile=", &Settings::GraphFileName, names[4]);
+  TakeIfNamed(settings.AnchorFileName, names[2]);
+  TakeIfNamed(settings.ResidualFileName, names[3]);
+  TakeIfNamed(settings.GraphFileName, names[4]);
 }
 
 void ApplyExtraSpecs(SpecContext& context, const std::vector<std::string>& extraSpecs) {

@@ -54,8 +54,6 @@ struct SpecContext {
   bool ExtraSpecPhase = false;
   /// Keywords met so far, by row of the keyword table.
   std::set<std::string_view> KeywordSeen = {};
-  /// What the user has been told is not available.
-  std::set<std::string, std::less<>> ToldUnavailable = {};
 
   /// Refuses a block in the extra specifications. Throws `Halt{ExtraSpecificationInvalid}`.
   void RefuseAsExtra() const {
@@ -65,8 +63,6 @@ struct SpecContext {
   void RequireFacets() const {
     if (Analysis.FacetCount() == 0) throw Halt{FailureCode::FacetsFirst, {}};
   }
-  /// Tells the user, once, that `what` is not available.
-  void TellUnavailable(std::string_view what);
 };
 
 }  // namespace tessaly

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,7 @@ struct Settings {
   float ConvergenceLogit = 0.01F;
   float ConvergenceCategoryScore = 0;
   float ConvergenceCategoryLogit = 0;
+  /// Delimiter of output files; a blank for fields of fixed width.
   std::string CsvDelimiter = " ";
   std::string DelementsOption;
   /// `Dvalues=` entries as written, fields joined with commas.
@@ -59,10 +61,18 @@ struct Settings {
   bool OmitUnobserved = true;
   /// 'Y' point-biserial, 'I' including the element's own, 'M' point-measure, 'N' none.
   char PtBiserial = 'M';
+  /// Quotation mark around labels in output files; empty for none.
   std::string QuoteMark;
   bool QueryOption = false;
   bool RealSE = false;
   std::string ReplicationChar = "R";
+  /// Fields of residual files in the order of their settings, 'Y' for those wanted; the twelfth is the digit of
+  /// decimals.
+  std::string ResponseFields = "YYYYYYYYYYY2YYY";
+  /// Starts the random numbers of simulated data; nothing for the clock.
+  std::optional<std::uint64_t> Seed;
+  /// Fields of score files, 'Y' for those wanted.
+  std::string ScoreFields = std::string(28, 'Y');
   SubsetReport SubsetDetection = SubsetReport::Detect;
   bool T3onscreen = true;
   std::int32_t T4Max = 100;
@@ -80,10 +90,15 @@ struct Settings {
   bool WriteIterations = false;
   float XtremeMain = 0.3F;
   float XtremeBias = 0.5F;
+  /// Fonts of webpages, joined with commas. The generic one at the end keeps columns in line on any machine.
+  std::string WebpageFont = "Lucida Console, Andale Mono, Courier New, monospace";
+  bool WebpageBold = false;
   std::string YardstickSpec;
   float ZscoreSize = 0;
   float ZscoreT = 0;
 
+  /// Folder for the temporary files of the run; empty for the system's.
+  std::string WorkFolder;
   std::string SpecFileName;
   std::string OutputFileName;
   std::string AnchorFileName;

@@ -1,11 +1,22 @@
 #include "support/output_file.h"
 
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "support/failure.h"
 
 namespace tessaly {
+
+void CheckWritable(const std::string& path) {
+  std::error_code error;
+  const bool existed = std::filesystem::exists(path, error);
+  std::FILE* const file = std::fopen(path.c_str(), "abe");
+  if (file == nullptr) throw SystemFailure(errno);
+  std::fclose(file);
+  if (!existed) std::filesystem::remove(path, error);
+}
 
 OutputFile::OutputFile(std::string path) : path_(std::move(path)), file_(std::fopen(path_.c_str(), "wbe")) {
   if (file_ == nullptr) throw SystemFailure(errno);

@@ -7,6 +7,9 @@
 
 namespace tessaly {
 
+/// Throws `Halt` with the system's error unless `path` can be written. Leaves the file as it is, or absent.
+void CheckWritable(const std::string& path);
+
 /// A file being written. What opens it closes it: `Close` says whether everything reached the disk.
 class OutputFile {
  public:

@@ -39,6 +39,10 @@ std::string TemporaryFolder() {
   return named != nullptr && *named != '\0' ? named : "/tmp";
 }
 
+std::string TemporaryFolderOr(const std::string& folder) {
+  return folder.empty() ? TemporaryFolder() : folder;
+}
+
 std::string MakeTemporaryName(const std::string& folder, std::string_view prefix, std::string_view extension) {
   NewFile created = CreateUnique(folder, prefix, extension);
   if (created.Error != 0) created = CreateUnique(TemporaryFolder(), prefix, extension);

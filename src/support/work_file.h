@@ -13,6 +13,9 @@ namespace tessaly {
 /// The folder for temporary files: TMPDIR if set and not empty, else the system's.
 std::string TemporaryFolder();
 
+/// `folder`, or the folder for temporary files if it is empty.
+std::string TemporaryFolderOr(const std::string& folder);
+
 /// A new unique file name in `folder`, with `prefix` and `extension` (".txt"). The file exists, empty. If `folder`
 /// takes no file, the name is in `TemporaryFolder()`. Throws `Halt` with the system's error if that fails too.
 std::string MakeTemporaryName(const std::string& folder, std::string_view prefix, std::string_view extension);

@@ -18,6 +18,17 @@ TEST(Significance, NormalTail) {
   EXPECT_EQ(NormalTail(15), NormalTail(1e300));
 }
 
+TEST(Significance, NormalTwoSided) {
+  const struct {
+    double Z, Probability;
+  } table[] = {{0, 1},          {.1, .9203443},   {.5, .6170751},  {1, .3173105},   {1.644854, .10}, {1.959964, .05},
+               {2.575829, .01}, {3.290527, .001}, {4, 6.33425e-5}, {5, 5.73303e-7}, {40, 0}};
+  for (const auto& row : table) {
+    EXPECT_NEAR(NormalTwoSided(row.Z), row.Probability, 2e-7) << row.Z;
+    EXPECT_EQ(NormalTwoSided(-row.Z), NormalTwoSided(row.Z));
+  }
+}
+
 TEST(Significance, ChiSquare) {
   const struct {
     double Chi, Freedom, Probability;

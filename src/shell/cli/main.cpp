@@ -1,5 +1,6 @@
 // tessaly SPEC [REPORT [ANCHOR [RESIDUAL [GRAPH]]]] [keyword=value ...]
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -31,12 +32,23 @@ every element of every facet, and writes the report.
   --version      the version
 
 Status lines go to standard output, warnings and failures to standard error.
-Exit status: 0 finished; 1 halted on a reported failure; 2 internal failure; 130, 143 stopped by a signal.
-SIGUSR1 finishes the present iterations. TMPDIR names the folder for temporary files.
+Exit status: 0 finished; 1 halted on a reported failure, or an output file could not be written; 2 internal
+failure; 130, 143 stopped by a signal. SIGUSR1 finishes the present iterations. TMPDIR names the folder for
+temporary files, TESSALY_SETTINGS a settings file in place of the user's.
 )";
 
 void Print(std::FILE* stream, std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+tessaly::SettingsEnvironment Environment() {
+  return {Variable("HOME"), Variable("XDG_CONFIG_HOME"), Variable("XDG_CONFIG_DIRS"), Variable("TESSALY_SETTINGS"),
+          Variable("TMPDIR")};
 }
 
 int Analyse(const std::vector<std::string>& words, BatchConsole& console, tessaly::TerminalUser& user) {
@@ -53,7 +65,7 @@ int Analyse(const std::vector<std::string>& words, BatchConsole& console, tessal
     return kHalted;
   }
   tessaly::Analysis analysis;
-  const tessaly::Outcome outcome = tessaly::RunAnalysis(analysis, commandLine, host);
+  const tessaly::Outcome outcome = tessaly::RunAnalysis(analysis, commandLine, host, Environment());
   return outcome == tessaly::Outcome::Finished ? kFinished : kHalted;
 }
 

@@ -21,7 +21,6 @@ std::string RowOf(const Keyword& keyword) {
   if (!keyword.OtherFormOf.empty())
     row.append(" Shares its place with `").append(keyword.OtherFormOf).append("`: the first of the two counts.");
   if (keyword.Use == KeywordUse::Repeated) row += " May be repeated.";
-  if (keyword.NotBuiltYet()) row += " Not built yet.";
   return row + " |";
 }
 

@@ -90,6 +90,8 @@ TEST(Keywords, RecognisedByTheLongestOfTheirPrefixes) {
       {"ES", "Entered="},
       {"ESU", "Esubtotals="},
       {"EN", "Entered="},
+      {"SEED", "Seed="},
+      {"SE", "Standard errors="},
       {"K", "Keepzero="},
       {"J", "Juxtapose="},
       {"V", "Vertical="},
@@ -137,22 +139,19 @@ TEST(Keywords, TheFirstOccurrenceStands) {
             (std::vector<std::string>{"I=6 ; later", "Positive=2", "Center=1Z", "Show=N", "Null=8"}));
 }
 
-TEST(Keywords, WhatIsNotBuiltYetIsToldOnce) {
-  const auto told = [](const std::vector<std::string>& names) {
-    std::vector<std::string> lines;
-    for (const std::string& name : names) lines.push_back(name + " is not available in this version: ignored");
-    return lines;
+TEST(Keywords, NamesOfOutputFiles) {
+  const auto names = [](const SpecRun& run) {
+    const Settings& s = run.A.Settings;
+    return s.OutputFileName + "|" + s.AnchorFileName + "|" + s.ResidualFileName + "|" + s.GraphFileName + "|" +
+           s.ScoreFileName + "|" + s.SimulatedFileName;
   };
-  const SpecRun file(
-      WithTwoFacets("Output=report.txt,anchors.txt,,graph.txt\nAnchorfile=a.txt\nScorefile=s.txt,Tab\n"
-                    "Inter-rater=0\nSimulated=\nResidual=\nModels=?B,?B,R3\n1B,?,R3\n*\nVertical=1A\nG=Y"));
-  EXPECT_EQ(file.Error, "");
-  EXPECT_EQ(file.Said.Warnings, told({"Anchorfile=", "Graphfile=", "Scorefile="}));
-  EXPECT_EQ(file.A.Settings.OutputFileName, "report.txt");
-  EXPECT_EQ(file.A.Settings.AnchorFileName + file.A.Settings.ScoreFileName, "");
-
+  const SpecRun file(WithTwoFacets(
+      "Output=report.txt,anchors.txt,,graph.txt\nAnchorfile=a.txt\nScorefile=s.txt,Tab\nSimulated=\nYni=y\nSeed=7"));
+  EXPECT_EQ(names(file), "report.txt|anchors.txt|y|graph.txt|s.txt|");
+  EXPECT_EQ(file.A.Settings.CsvDelimiter, "\t");
+  EXPECT_EQ(file.A.Settings.Seed, 7u);
   const SpecRun commandLine(WithTwoFacets("Anchorfile=b.txt"), {"s", "o", "anchors.txt", "residuals.txt", "graph.txt"});
-  EXPECT_EQ(commandLine.Said.Warnings, told({"Anchorfile=", "Residualfile=", "Graphfile="}));
+  EXPECT_EQ(names(commandLine), "o|anchors.txt|residuals.txt|graph.txt||");
 }
 
 TEST(Keywords, LinesWithoutKeyword) {
