@@ -1,7 +1,6 @@
 #include "output/anchor_scales.h"
 
 #include <algorithm>
-#include <limits>
 #include <string>
 #include <vector>
 

@@ -79,12 +79,19 @@ void OutputFiles::TellFailure(std::string_view doing, std::string_view what, con
   console_.ShowWarning(FailureLine(halt, analysis_.Limits(), 0));
 }
 
-void OutputFiles::WriteAnchors() {
+void OutputFiles::WriteAnchors(const std::vector<std::string>& extraSpecs) {
   const std::string& name = analysis_.Settings.AnchorFileName;
   if (name.empty()) return;
-  TextOutput file(name);
-  WriteAnchorFile({}, analysis_, console_, file);
-  file.Close();
+  try {
+    TextOutput file(name);
+    AnchorRequest request;
+    request.ExtraSpecs = extraSpecs;
+    WriteAnchorFile(request, analysis_, console_, file);
+    file.Close();
+  } catch (const Halt&) {
+    console_.ShowWarning("Failure writing anchor output file: " + name);
+    throw;
+  }
 }
 
 void OutputFiles::WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel,

@@ -24,8 +24,8 @@ class OutputFiles {
   /// writing loses its name. Throws `Halt{IncompatibleFile}`.
   void Prepare(const std::vector<std::string>& inputs);
 
-  /// The anchor file. Throws `Halt` if it cannot be written.
-  void WriteAnchors();
+  /// The anchor file, with the extra specifications of the command line. Throws `Halt` if it cannot be written.
+  void WriteAnchors(const std::vector<std::string>& extraSpecs);
   /// Scores, graphs, residuals and simulated data, as far as they are asked for. `seed` starts the random numbers.
   void WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel, RunControl& control);
 

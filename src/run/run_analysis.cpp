@@ -237,7 +237,7 @@ class AnalysisRun {
     }
     dataFit_ = fit.Data();
     WriteDataFit();
-    outputs_.WriteAnchors();
+    outputs_.WriteAnchors(commandLine_.ExtraSpecs);
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
     unexpected_.emplace(std::move(fit).Unexpected());

@@ -84,8 +84,10 @@ void ExpectSameElements(const Analysis& a, const Analysis& b, bool anchored) {
 }
 
 /// The threshold of each raw category as it would be printed, or what it has in place of one; nothing for a category
-/// that is not in use.
+/// that is not in use. The discrimination of a scale that has one.
 std::map<int, std::string> Thresholds(const Analysis& a, ScaleNumber scale) {
+  if (a.Models.Statements[a.Scales.Scales[scale].ScaleModel].ModelType != ModelType::RatingScale)
+    return {{0, FormatSingle(a.Scales.CategoryStep(scale, 0), 40, kDecimals)}};
   std::map<int, std::string> thresholds;
   for (int raw = 0; raw <= a.Scales.TopCategory; ++raw) {
     const int ordinal = a.Scales.CategoryOrdinal(scale, raw);
@@ -165,7 +167,7 @@ TEST(AnchorRoundTrip, AllKindsOfScalesComeBackWithExtremeElements) {
       designs[3].Models = "?,?,Trials";
       designs[3].Blocks = "Rating scale=Trials,B4\n*\n";
       designs[4].Models = "?,?,P";
-      designs[5].Models = "\nX,1-2,?,Own\n-?,?B,?B,Own,2";
+      designs[5].Models = "\nX,1-2,?,Own\n-?,?B,?B,Own,2\n99,?,?,Own";
       designs[5].Blocks = "Rating scale=Own,R3,Specific\n0,none\n3,all\n*\n";
       for (Design& design : designs) {
         design.Settings = units;
@@ -242,6 +244,24 @@ TEST(AnchorRoundTrip, WhatLabelsSaysOfElementsComesBack) {
                       {.FlagAsAnchors = flag});
     }
   }
+}
+
+TEST(AnchorRoundTrip, TheModelHoldsForOtherRunsToo) {
+  // What was fixed stays fixed where values are starting values.
+  Design trials = SimulatedDesign({16, 6}, 4, 1);
+  trials.Models = "?,?,B4";
+  trials.Settings = kTight;
+  ExpectRoundTrip(SourceOf(trials), {.FlagAsAnchors = false});
+
+  // An element without data has no scale of its own yet.
+  const Design whole = SimulatedDesign({20, 5}, 2, 2, 0, 2);
+  Design part = whole;
+  std::erase_if(part.Ratings, [](const Rating& rating) { return rating.Elements[1] == 5; });
+  const std::string anchors = ExpectRoundTrip(SourceOf(part)).Anchors;
+  const FinishedAnalysis later = RunSpecification(anchors, SourceOf(whole).Files);
+  EXPECT_EQ(later.A.Counters.ValidResponses, static_cast<std::int64_t>(whole.Ratings.size()));
+  EXPECT_EQ(later.A.Scales.ScaleOrder.size(), 5U);
+  EXPECT_EQ(later.Status(2, 5), ElementStatus::Active);
 }
 
 TEST(AnchorRoundTrip, SubsetsAreMarkedAndMeasuresThatCannotBeReadAreLeftOut) {
