@@ -139,10 +139,12 @@ std::vector<double> Probabilities(double measure, const std::vector<double>& ste
   return p;
 }
 
-/// 18,000 responses of 100 persons, 10 items, 20 raters.
+constexpr int kPersons = 300;
+
+/// 101,000 responses of 300 persons, 15 items, 25 raters.
 class SimulatedRatings : public testing::Test {
  protected:
-  SimulatedRatings() : Source(SimulatedDesign({100, 10, 20}, 3, 5)), Run(Specification(), Source.DataLines()) {}
+  SimulatedRatings() : Source(SimulatedDesign({kPersons, 15, 25}, 3, 5)), Run(Specification(), Source.DataLines()) {}
 
   std::string Specification() const {
     const std::string text = Source.Specification();
@@ -194,17 +196,18 @@ TEST_F(SimulatedRatings, FollowTheModelAndGiveTheMeasuresBack) {
 
   const FinishedAnalysis second = RunSpecification(Source.Specification(), {{"data.txt", text}});
   double sumX = 0, sumY = 0, sumXX = 0, sumXY = 0, sumYY = 0, squares = 0;
-  for (int person = 1; person <= 100; ++person) {
+  for (int person = 1; person <= kPersons; ++person) {
     const double x = first.Measure(1, person);
     const double y = second.Measure(1, person);
     sumX += x, sumY += y, sumXX += x * x, sumXY += x * y, sumYY += y * y;
     squares += std::pow((y - x) / second.StandardError(1, person), 2);
   }
-  const double sxx = sumXX - sumX * sumX / 100, syy = sumYY - sumY * sumY / 100, sxy = sumXY - sumX * sumY / 100;
+  const double sxx = sumXX - sumX * sumX / kPersons, syy = sumYY - sumY * sumY / kPersons,
+               sxy = sumXY - sumX * sumY / kPersons;
   EXPECT_GT(sxy / std::sqrt(sxx * syy), 0.98);
   EXPECT_NEAR(sxy / sxx, 1, 0.05);
-  EXPECT_NEAR(sumX / 100, sumY / 100, 0.05);
-  EXPECT_NEAR(squares / 100, 1, 3.5 * std::sqrt(2.0 / 100));
+  EXPECT_NEAR(sumX / kPersons, sumY / kPersons, 0.05);
+  EXPECT_NEAR(squares / kPersons, 1, 3.5 * std::sqrt(2.0 / kPersons));
 }
 
 TEST(SimulatedData, RawCategoriesExtremeElementsAndPairsOfOneFacet) {
