@@ -281,7 +281,7 @@ TEST(AnchorRoundTrip, SubsetsAreMarkedAndMeasuresThatCannotBeReadAreLeftOut) {
 }
 
 constexpr std::string_view kMixedSource =
-    "; a comment\nTitle=A title, and more\n%settings.inc\nOutput=report.txt,anchors.txt\n  anchor=anc.txt\n"
+    "; a comment\nTitle=A title, and more\n%settings.inc\nOutput=report.txt,anchors.txt\n  anchor=/dev/null\n"
     "Omit=No ; kept\nF=2\nmod=\n9,?,M\n1-2,#,R2\nX,?,R2\n*\nXtreme=.4\nGL=\n2,1,grouped\n*\nDelements=2L\n"
     "labels=Build\n1,Persons\n1-5\n*\n2,Items\n1,one,,1\n2,two\n3,three\n*\nDATA= ; here\n";
 constexpr std::string_view kMixedData = "1,one,1\n1,two,8\n1,three,2\n%more.inc\n3-5,one,1,2,0\n2,one,0\n";
@@ -293,7 +293,7 @@ const std::vector<NamedText> kMixedFiles = {
 TEST(AnchorRoundTrip, TheSourceIsReadAsItsReaderTakesIt) {
   Source source{std::string(kMixedSource) + std::string(kMixedData), kMixedFiles, {}};
   const std::string head =
-      "Title=A title, and more\r\nMissing=9\r\n;Output=report.txt,anchors.txt\r\n;  anchor=anc.txt\r\n"
+      "Title=A title, and more\r\nMissing=9\r\n;Output=report.txt,anchors.txt\r\n;  anchor=/dev/null\r\n"
       "Omit=No ; kept\r\nF=2\r\nXtreme=.4\r\nDelements=2L\r\nUmean (user mean - scale - decimal places)=  50, 10, 2 ;";
   RoundTrip trip = ExpectRoundTrip(source);
   EXPECT_EQ(trip.Anchors.substr(0, head.size()), head);
