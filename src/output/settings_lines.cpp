@@ -7,6 +7,7 @@
 
 #include "output/spec_text.h"
 #include "reports/esubtotals_table.h"
+#include "spec/named_marks.h"
 #include "support/bytes.h"
 #include "support/expression.h"
 #include "support/number_text.h"
@@ -41,21 +42,6 @@ std::string NumberOr(float value, std::string_view ofZero) {
 std::string_view WithoutDate(std::string_view title) {
   constexpr std::size_t kDateLength = std::string_view(" YYYY-MM-DD hh:mm:ss").size();
   return title.substr(0, title.size() - std::min(title.size(), kDateLength));
-}
-
-std::string DelimiterName(const std::string& delimiter) {
-  if (delimiter == "\t") return "Tabs";
-  if (delimiter == ",") return "Commas";
-  if (delimiter == ";") return "Semicolons";
-  return delimiter.empty() || delimiter == " " ? "Fixed" : delimiter;
-}
-
-std::string QuoteMarkName(const std::string& mark) {
-  if (mark == "\"") return "Double-quotes";
-  if (mark == "'") return "Apostrophes";
-  if (mark == ",") return "Commas";
-  if (mark == ";") return "Semicolons";
-  return mark == " " ? "Blanks" : mark;
 }
 
 std::string_view BiasText(BiasDirection direction) {
@@ -133,7 +119,7 @@ class SettingsList {
     Add("Convergence (criteria to end iteration: score residual + change + category residual + change) = ",
         Numbers({settings_.ConvergenceScore, settings_.ConvergenceLogit, settings_.ConvergenceCategoryScore,
                  settings_.ConvergenceCategoryLogit}));
-    Add("CSV output format = ", DelimiterName(settings_.CsvDelimiter));
+    Add("CSV output format = ", DelimiterWord(settings_.CsvDelimiter));
   }
 
   void AddDToG() {
@@ -193,7 +179,7 @@ class SettingsList {
     Add("Output report and table file = ", settings_.OutputFileName);
     AddFacets("; Positively-oriented facets =", [&](const Facet& facet) { return listed(facet.FacetPositive); });
     Add("Pt-biserial = ", CorrelationText(settings_.PtBiserial));
-    Add("QM quote marks around labels = ", QuoteMarkName(settings_.QuoteMark));
+    Add("QM quote marks around labels = ", QuoteMarkWord(settings_.QuoteMark));
     Add("Query to monitor matching of data to models = ", YesOrNo(settings_.QueryOption));
     Add("Replication character in data = ", settings_.ReplicationChar);
     Add("Residual/Response output file = ", settings_.ResidualFileName);

@@ -28,8 +28,6 @@ class TableFrame {
   void RepeatColumns();
   /// Column headings once more inside the table, with a rule below them.
   void RepeatHeadingLines();
-  /// Rows since the column headings.
-  std::int32_t LinesSinceHeading() const { return linesSinceHeading_; }
   /// A row of the table.
   void WriteRow(std::string_view line);
   void WriteRule(RuleKind kind);
@@ -44,6 +42,7 @@ class TableFrame {
   Console& console_;
   std::vector<std::string> headLines_;
   std::string ruleTemplate_;
+  /// Rows since the column headings.
   std::int32_t linesSinceHeading_ = 0;
 };
 

@@ -1,32 +1,13 @@
 #include "spec/file_keywords.h"
 
+#include "spec/named_marks.h"
 #include "spec/setting_values.h"
 
 namespace tessaly {
 namespace {
 
-void SetCsvDelimiter(SpecContext& context, std::string_view text) {
-  std::string& delimiter = context.Analysis.Settings.CsvDelimiter;
-  switch (FirstLetter(text)) {
-    case 'T':
-      delimiter = "\t";
-      break;
-    case 'Y':
-    case 'C':
-      delimiter = ",";
-      break;
-    case 'S':
-      delimiter = ";";
-      break;
-    case 'N':
-    case 'B':
-    case 'F':
-    case ' ':
-      delimiter = " ";
-      break;
-    default:
-      delimiter = text;
-  }
+void SetCsvDelimiter(SpecContext& context, std::string_view word) {
+  context.Analysis.Settings.CsvDelimiter = DelimiterOf(word);
 }
 
 void KeepOrTake(std::string& file, std::string_view name) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "spec/facet_keywords.h"
+#include "spec/named_marks.h"
 #include "spec/setting_values.h"
 #include "support/bytes.h"
 #include "support/expression.h"
@@ -126,30 +127,7 @@ void ReadPtBiserial(SpecContext& context, const SplitLine& line) {
 }
 
 void ReadQuoteMark(SpecContext& context, const SplitLine& line) {
-  std::string& mark = context.Analysis.Settings.QuoteMark;
-  switch (FirstLetter(line.Value(1))) {
-    case 'D':
-    case 'Q':
-      mark = "\"";
-      break;
-    case 'A':
-      mark = "'";
-      break;
-    case 'C':
-      mark = ",";
-      break;
-    case 'S':
-      mark = ";";
-      break;
-    case 'B':
-      mark = " ";
-      break;
-    case 'N':
-      mark.clear();
-      break;
-    default:
-      mark = line.Value(1);
-  }
+  context.Analysis.Settings.QuoteMark = QuoteMarkOf(line.Value(1));
 }
 
 void ReadReplication(SpecContext& context, const SplitLine& line) {

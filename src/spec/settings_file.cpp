@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <vector>
 
+#include "spec/named_marks.h"
 #include "spec/setting_values.h"
 #include "support/bytes.h"
 #include "support/failure.h"
@@ -24,36 +24,6 @@ constexpr std::size_t kResponseDecimals = 11;
 /// Bad lines of a file that are told one by one: it may be quite another file.
 constexpr std::int64_t kMostTold = 5;
 constexpr std::string_view kSystemTemporaryFolder = "/tmp";
-
-/// A text that settings files name by a word, of which the first letter counts.
-struct NamedText {
-  std::string_view Letters;
-  std::string_view Word;
-  std::string_view Text;
-};
-
-constexpr NamedText kQuoteMarks[] = {
-    {"DQ", "Double-quotes", "\""}, {"A", "Apostrophes", "'"}, {"C", "Commas", ","},
-    {"S", "Semicolons", ";"},      {"B", "Blanks", " "},      {"N", "", ""},
-};
-constexpr NamedText kSeparators[] = {
-    {"T", "Tabs", "\t"},
-    {"CY", "Commas", ","},
-    {"S", "Semicolons", ";"},
-    {"NBF", "Fixed", " "},
-};
-
-std::string TextOf(std::span<const NamedText> named, std::string_view value) {
-  const auto found = std::find_if(named.begin(), named.end(), [&](const NamedText& row) {
-    return row.Letters.find(FirstLetter(value)) != std::string_view::npos;
-  });
-  return std::string(found == named.end() ? value : found->Text);
-}
-
-std::string WordOf(std::span<const NamedText> named, std::string_view text) {
-  const auto found = std::find_if(named.begin(), named.end(), [&](const NamedText& row) { return row.Text == text; });
-  return std::string(found == named.end() ? text : found->Word);
-}
 
 bool TakeLetter(std::string_view value, std::string_view possible, char& setting) {
   const char letter = FirstLetter(value);
@@ -97,7 +67,7 @@ bool TakeFonts(std::string_view value, Settings& settings) {
 }
 
 bool TakeSeparator(std::string_view value, std::string& separator) {
-  separator = value.empty() ? " " : TextOf(kSeparators, value);
+  separator = DelimiterOf(value);
   return true;
 }
 
@@ -156,15 +126,15 @@ constexpr SettingLine kLines[] = {
      [](const Source& s) { return Letter(s.Own.Outputask); }, kYesOrNo},
     {"Quotes around labels = ",
      [](std::string_view v, const Target& t) {
-       t.Shared.QuoteMark = TextOf(kQuoteMarks, v);
+       t.Shared.QuoteMark = QuoteMarkOf(v);
        return true;
      },
-     [](const Source& s) { return WordOf(kQuoteMarks, s.Shared.QuoteMark); }},
+     [](const Source& s) { return QuoteMarkWord(s.Shared.QuoteMark); }},
     {"Score fields = ", [](std::string_view v, const Target& t) { return TakeScoreFields(v, t.Shared.ScoreFields); },
      [](const Source& s) { return s.Shared.ScoreFields; }, "28 letters, one for each field; all fields are written"},
     {"Tab-type separators = ",
      [](std::string_view v, const Target& t) { return TakeSeparator(v, t.Shared.CsvDelimiter); },
-     [](const Source& s) { return WordOf(kSeparators, s.Shared.CsvDelimiter); }},
+     [](const Source& s) { return DelimiterWord(s.Shared.CsvDelimiter); }},
     {"Webpagefonts = ", [](std::string_view v, const Target& t) { return TakeFonts(v, t.Shared); },
      [](const Source& s) { return s.Shared.WebpageFont + "\t" + (s.Shared.WebpageBold ? "Y" : " "); }},
     {"Xtraask = ", [](std::string_view v, const Target& t) { return TakeYesNo(v, t.Own.Xtraask); },
