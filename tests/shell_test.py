@@ -7,6 +7,7 @@ Usage: shell_test.py PROGRAM
 import os
 import pty
 import resource
+import select
 import signal
 import subprocess
 import sys
@@ -27,6 +28,43 @@ def specification(persons, *settings):
         responses = ((person * 7919 + item * 104729) // 13 % 5 for item in range(20))
         lines.append(f"{person},1-20," + ",".join(map(str, responses)))
     return "\n".join(lines) + "\n"
+
+
+class Terminal:
+    """The program on a terminal of its own, in the folder of a test."""
+
+    def __init__(self, test, *words):
+        self.child, self.terminal = pty.fork()
+        if self.child == 0:
+            os.chdir(test.folder)
+            os.execve(PROGRAM, [PROGRAM, *words], test.environment)
+        self.test = test
+        self.shown = ""
+        self.seen = 0
+        test.addCleanup(os.close, self.terminal)
+
+    def read(self, seconds):
+        """Takes what is shown into `shown`; False when the program has ended."""
+        if not select.select([self.terminal], [], [], seconds)[0]:
+            os.kill(self.child, signal.SIGKILL)
+            self.test.fail("Nothing more is shown behind: " + self.shown)
+        try:
+            self.shown += os.read(self.terminal, 65536).decode()
+        except OSError:  # the terminal's other end is closed
+            return False
+        return True
+
+    def answer(self, question, keys):
+        """Waits for `question` behind what was waited for before, then types `keys`."""
+        while (at := self.shown.find(question, self.seen)) < 0:
+            self.test.assertTrue(self.read(30), f"No {question!r} in: {self.shown}")
+        self.seen = at + len(question)
+        os.write(self.terminal, keys.encode())
+
+    def status(self):
+        while self.read(30):
+            pass
+        return os.waitstatus_to_exitcode(os.waitpid(self.child, 0)[1])
 
 
 class Shell(unittest.TestCase):
@@ -167,31 +205,84 @@ class Shell(unittest.TestCase):
         self.assertEqual((status, errors), (0, VERDICT + "\n"))
         self.assertIn("Valid responses used for estimation = 4", output)
 
-    def on_terminal(self, words, answers):
-        """Runs the program on a terminal of its own; gives exit status and everything shown."""
-        child, terminal = pty.fork()
-        if child == 0:
-            os.chdir(self.folder)
-            os.execve(PROGRAM, [PROGRAM, *words], self.environment)
-        os.write(terminal, answers)
-        shown = b""
-        try:
-            while piece := os.read(terminal, 65536):
-                shown += piece
-        except OSError:  # the terminal's other end is closed
-            pass
-        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), shown.decode()
-
     def test_terminal_shows_colour_and_progress_and_is_asked(self):
         (self.folder / "spec.txt").write_text(specification(20))
-        status, shown = self.on_terminal(["*"], b"spec.txt\nTitle=Asked Iterations=3\n")
-        self.assertEqual(status, 0, shown)
-        self.assertIn("\x1b[1;31m" + VERDICT + "\x1b[0m", shown)
-        self.assertIn(">", shown)
-        self.assertIn("Title = Asked", shown)
-        status, shown = self.on_terminal(["spec.txt", "Batch=Y"], b"")
-        self.assertEqual(status, 0, shown)
-        self.assertNotIn("?", shown.split("Table 1.")[0])
+        terminal = Terminal(self, "*")
+        terminal.answer("What is the specification file name?", "spec.txt\n")
+        terminal.answer("Extra specifications", "Title = Asked Iterations= 3\n")
+        terminal.answer("What is the Report Output file name?", "asked.txt\n")
+        terminal.answer("tessaly> ", "quit\n")
+        self.assertEqual(terminal.status(), 0, terminal.shown)
+        self.assertIn("\x1b[1;31m" + VERDICT + "\x1b[0m", terminal.shown)
+        self.assertIn(">", terminal.shown)
+        self.assertIn("Title = Asked", (self.folder / "asked.txt").read_text())
+        terminal = Terminal(self, "spec.txt", "Batch=Y")
+        self.assertEqual(terminal.status(), 0, terminal.shown)
+        self.assertNotIn("?", terminal.shown.split("Table 1.")[0])
+
+    def test_query_keys_show_the_next_match_and_end_the_display(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        terminal = Terminal(self, "spec.txt", "out.txt", "Query=Y")
+        terminal.answer("Press F4", "\x1bOS")
+        terminal.answer("Press F4", "\x1b[15~")
+        terminal.answer("tessaly> ", "quit\n")
+        self.assertEqual(terminal.status(), 0, terminal.shown)
+        self.assertEqual(terminal.shown.count("Press F4"), 2)
+
+    def test_prompt_edits_completes_remembers_and_is_interrupted(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        (self.folder / "config").mkdir()
+        self.environment |= {"XDG_CONFIG_HOME": str(self.folder / "config"), "TERM": "xterm"}
+        terminal = Terminal(self, "spec.txt", "out.txt", "Iterations=3")
+        # A verb and a choice completed, a letter taken back.
+        terminal.answer("tessaly> ", "table7x\x7f fac\t2 ord\tmea\t dir\tdes\t file=seve\x7f\x7f\x7f\x7ft7.txt\n")
+        terminal.answer("Table 7 (2mN) = t7.txt", "")
+        terminal.answer("tessaly> ", "tab\x03")
+        terminal.answer("tessaly> ", "show files\n")
+        terminal.answer("Table 7 (2mN) = t7.txt", "")
+        terminal.answer("tessaly> ", "nonsense\n")
+        terminal.answer("is no request", "\x04")
+        self.assertEqual(terminal.status(), 1, terminal.shown)
+        self.assertIn("Table 7.2.1", (self.folder / "t7.txt").read_text())
+        terminal = Terminal(self, "spec.txt", "out.txt", "Iterations=3")
+        terminal.answer("tessaly> ", "\x1b[A\x1b[A\n")
+        terminal.answer("Analysis = spec.txt", "")
+        terminal.answer("tessaly> ", "\x04")
+        self.assertEqual(terminal.status(), 0, terminal.shown)
+
+    def test_requests_come_from_words_files_and_pipes(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        (self.folder / "wanted.txt").write_text("; tables\n\ntable5 file=t5.txt\nshow nothing\n")
+        status, output, errors = self.run_program("spec.txt", "--request", "table8 file=t8.txt", "Batch=Y",
+                                                  "--requests=wanted.txt")
+        self.assertEqual(status, 1)
+        self.assertIn("Please write \"show settings\"", errors)
+        self.assertTrue((self.folder / "t5.txt").exists() and (self.folder / "t8.txt").exists())
+        command = [PROGRAM, "spec.txt", "out.txt", "Iterations=3"]
+        piped = subprocess.run(command, cwd=self.folder, env=self.environment, text=True, capture_output=True,
+                               input="table5\nquit\nshow files\n", timeout=60, check=False)
+        self.assertEqual(piped.returncode, 0, piped.stderr)
+        self.assertIn("Data log-likelihood chi-square", piped.stdout.split("Output to out.txt")[1])
+        self.assertNotIn("tessaly>", piped.stdout)
+        self.assertNotIn("Analysis = ", piped.stdout)
+        # Nobody writes into this pipe, and nobody closes it.
+        idle, kept = os.pipe()
+        started = time.monotonic()
+        status = subprocess.run(command, cwd=self.folder, env=self.environment, stdin=idle, capture_output=True,
+                                timeout=60, check=False).returncode
+        os.close(idle)
+        os.close(kept)
+        self.assertEqual(status, 0)
+        self.assertLess(time.monotonic() - started, 30)
+        status, output, _ = self.run_program("--request", "table7 help")
+        self.assertEqual(status, 0)
+        self.assertIn("direction=", output)
+        status, _, errors = self.run_program("none.txt", "Batch=Y", "--request", "tabel7")
+        self.assertEqual(status, 1)
+        self.assertIn("Did you mean table7?", errors)
+        self.assertIn("the requests were not carried out", errors)
+        self.assertEqual(self.run_program("spec.txt", "--request")[0], 1)
+        self.assertEqual(self.run_program("spec.txt", "--requests", "none.txt")[0], 1)
 
     def test_a_pipe_gets_neither_colour_nor_progress(self):
         (self.folder / "spec.txt").write_text(specification(20))

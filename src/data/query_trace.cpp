@@ -39,7 +39,7 @@ static_assert(InOrder());
 
 /// The keys of a window, and behind them what a terminal has in their place.
 constexpr std::string_view kWaiting =
-    "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu (here: Enter; 5 and Enter; Ctrl+C) ";
+    "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu (or Enter, 5, Ctrl+C) ";
 
 }  // namespace
 
@@ -58,7 +58,7 @@ void QueryTrace::Show(QueryState state, std::string_view detail) {
   std::string text = QuotedLine(analysis_.Input.LastLine) + " ";
   host_.console.ShowMessage(text.append(words.Words).append(QuotedLine(detail)));
   if (!words.Waits) return;
-  const std::optional<std::string> answer = host_.user.Ask(kWaiting);
+  const std::optional<std::string> answer = host_.user.AskKey(kWaiting);
   const std::string key = answer ? UpperAscii(TrimBlanks(*answer)) : "F5";
   if (key == "5" || key == "F5") analysis_.Settings.QueryOption = false;
 }

@@ -1,5 +1,7 @@
 #include "estimate/data_fit.h"
 
+#include <algorithm>
+
 namespace tessaly {
 
 void DataFit::AddToSummary(const Observation& obs, const ObservationFit& fit) {
@@ -10,6 +12,8 @@ void DataFit::AddToSummary(const Observation& obs, const ObservationFit& fit) {
   Summary[Residual].AddWeighted(static_cast<double>(fit.Moments.ResponseResidual), w);
   Summary[StandardizedResidual].AddWeighted(static_cast<double>(fit.StandardizedResidual), w);
   if (obs.ObsWeight != 1) WeightedData = true;
+  LowestMeasure = std::min(LowestMeasure, obs.MeasureSum);
+  HighestMeasure = std::max(HighestMeasure, obs.MeasureSum);
 }
 
 }  // namespace tessaly

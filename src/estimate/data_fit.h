@@ -17,6 +17,9 @@ struct DataFit {
   std::array<RunningMoments, ItemCount> Summary;
   /// Some weight was other than 1.
   bool WeightedData = false;
+  /// Range of the combined measures (logit) of these observations; it always holds 0.
+  float LowestMeasure = 0;
+  float HighestMeasure = 0;
   /// Sum of w ln P(x).
   double LogLikelihood = 0;
   /// Moments of the raw response by `ReadStatus`.

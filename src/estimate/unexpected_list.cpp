@@ -39,4 +39,15 @@ std::vector<UnexpectedResponse> UnexpectedList::Sorted() const {
   return sorted;
 }
 
+UnexpectedList CollectUnexpected(float least, std::int32_t most, const Analysis& analysis, ObservationStore& store,
+                                 ResponseKernel& kernel, RunControl& control, Console& console) {
+  console.ShowMessage(" recomputing residuals ....");
+  UnexpectedList list(least, most);
+  for (const Observation& obs : ObservationPass(store, analysis, control, console)) {
+    if (obs.Status == ReadStatus::Usable)
+      list.AddUnexpected(obs, FitOf(obs, obs.MeasureSum, analysis.Scales, kernel));
+  }
+  return list;
+}
+
 }  // namespace tessaly

@@ -34,6 +34,7 @@ class UnexpectedList {
   /// In descending order.
   std::vector<UnexpectedResponse> Sorted() const;
   float Least() const { return least_; }
+  std::int32_t Most() const { return static_cast<std::int32_t>(most_); }
   /// Observations of at least that |z| for which there was no room.
   std::int64_t DroppedCount() const { return droppedCount_; }
 
@@ -47,5 +48,9 @@ class UnexpectedList {
   /// A heap with the mildest on top.
   std::vector<UnexpectedResponse> heap_;
 };
+
+/// The list of a finished analysis for other limits, from one pass over the observations.
+UnexpectedList CollectUnexpected(float least, std::int32_t most, const Analysis& analysis, ObservationStore& store,
+                                 ResponseKernel& kernel, RunControl& control, Console& console);
 
 }  // namespace tessaly

@@ -22,7 +22,6 @@ constexpr int kFigureDecimals = 2;
 constexpr double kTermsCompared = 2;
 constexpr TermIndex kNoTerm{0};
 constexpr std::string_view kEmptyCell = " ";
-constexpr std::string_view kLineEnd = "\r\n";
 
 /// Nothing for a cell that stays empty.
 using Figure = std::optional<double>;
@@ -141,7 +140,7 @@ std::string RowHead(const PlotAxis& rows, std::size_t a, std::size_t b) {
 
 class BiasPlot {
  public:
-  BiasPlot(const BiasTerms& terms, const Analysis& analysis, OutputFile& file)
+  BiasPlot(const BiasTerms& terms, const Analysis& analysis, TextOutput& file)
       : terms_(terms),
         uscale_(double(analysis.Settings.Uscale)),
         umean_(double(analysis.Settings.Umean)),
@@ -250,15 +249,12 @@ class BiasPlot {
     return term == kNoTerm ? nullptr : &terms_.Terms[term];
   }
 
-  void WriteLine(std::string_view line) {
-    file_.Write(line);
-    file_.Write(kLineEnd);
-  }
+  void WriteLine(std::string_view line) { file_.WriteLine(line); }
 
   const BiasTerms& terms_;
   double uscale_;
   double umean_;
-  OutputFile& file_;
+  TextOutput& file_;
   PlotAxis first_;
   PlotAxis second_;
   /// By places on the first and the second axis.
@@ -270,15 +266,15 @@ std::string FirstLine(const BiasTerms& terms, std::string_view title, std::strin
   if (!title.empty() && title.front() == '^') title.remove_prefix(1);
   std::string line = std::string(runDate) + "\t\t";
   line.append(title).append("\tBias/Interaction: ").append(TrimRight(terms.Label()));
-  return line.append(kLineEnd);
+  return line;
 }
 
 }  // namespace
 
 void BiasPlotFile(const BiasTerms& terms, BiasPlotSheets sheets, const Analysis& analysis, std::string_view runDate,
-                  OutputFile& file, Console& console) {
+                  TextOutput& file, Console& console) {
   if (terms.Positions().size() != 2) return;
-  file.Write(FirstLine(terms, analysis.Settings.Title, runDate));
+  file.WriteLine(FirstLine(terms, analysis.Settings.Title, runDate));
   BiasPlot plot(terms, analysis, file);
   for (const SheetKind& kind : kSheetKinds) {
     if (kind.OfPair != nullptr ? sheets.Pairs : sheets.Terms) plot.Write(kind);

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "interaction/bias_terms.h"
+#include "output/text_output.h"
 #include "state/analysis.h"
 #include "support/host.h"
-#include "support/output_file.h"
 
 namespace tessaly {
 
@@ -26,6 +26,6 @@ struct BiasPlotSheets {
 /// terms name them, and 250 rows of pairs are plotted: a warning tells if there were more. The caller opens and closes
 /// `file`.
 void BiasPlotFile(const BiasTerms& terms, BiasPlotSheets sheets, const Analysis& analysis, std::string_view runDate,
-                  OutputFile& file, Console& console);
+                  TextOutput& file, Console& console);
 
 }  // namespace tessaly

@@ -110,7 +110,7 @@ class ScoreLines {
   std::vector<ScoreField> AllFields() const {
     const auto score = settings_.TotalScore ? &ElementRecord::AllScore : &ElementRecord::RawScore;
     const auto count = settings_.TotalScore ? &ElementRecord::AllCount : &ElementRecord::ObservedCount;
-    const std::int32_t sign = facet_.FacetPositive ? 1 : -1;
+    const float sign = facet_.FacetPositive ? 1.0F : -1.0F;
     return {
         OfRecord(settings_.TotalScore ? "T.Score" : "Score", score),
         OfRecord(settings_.TotalScore ? "T.Count" : "Count", count),
@@ -136,13 +136,13 @@ class ScoreLines {
         OfFit("Discrim", &ElementFit::Discrimination),
         Figure("Displace", settings_.Udecimals,
                [this, sign](ElementIndex element) {
-                 return settings_.Uscale * elements_.Fit[element].Displacement * static_cast<float>(sign);
+                 return settings_.Uscale * elements_.Fit[element].Displacement * sign;
                }),
         Whole("Status",
               [this](ElementIndex element) { return static_cast<std::int32_t>(elements_.ElementStatus[element]); }),
         Whole("Group", [this](ElementIndex element) { return elements_.ElementGroup[element]; }),
         OfRecord("Weight", &ElementRecord::ElementWeight),
-        Whole("Sign", [sign](ElementIndex) { return sign; }),
+        Whole("Sign", [this](ElementIndex) { return facet_.ShowsPositive() ? 1 : -1; }),
         ChiSquare("InfChiSqu", &ElementFit::InfitFreedom, &ElementFit::InfitMeanSquare),
         OfFit("Infitdf", &ElementFit::InfitFreedom),
         Probability("InfPr2s", &ElementFit::InfitZStd),

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "support/host.h"
 #include "support/output_file.h"
 
 namespace tessaly {
@@ -14,7 +16,9 @@ namespace tessaly {
 class TextOutput {
  public:
   /// Creates or empties `path`. Throws `Halt` with the system's error.
-  explicit TextOutput(std::string path) : file_(std::move(path)) {}
+  explicit TextOutput(std::string path) : file_(std::in_place, std::move(path)) {}
+  /// Sends the lines to `screen` instead.
+  explicit TextOutput(Console& screen) : screen_(&screen) {}
   /// What was written remains, though nobody can tell whether it reached the disk.
   ~TextOutput() { WriteBlock(); }
   TextOutput(const TextOutput&) = delete;
@@ -22,25 +26,31 @@ class TextOutput {
 
   /// Appends `line`. A failure shows at `Close`.
   void WriteLine(std::string_view line) {
+    if (screen_ != nullptr) {
+      screen_->ShowMessage(line);
+      return;
+    }
     block_.append(line).append("\r\n");
     if (block_.size() >= kBlock) WriteBlock();
   }
   /// Throws `Halt` with the system's error if anything could not be written.
   void Close() {
     WriteBlock();
-    file_.Close();
+    if (file_) file_->Close();
   }
-  const std::string& Path() const { return file_.Path(); }
+  /// Empty for the screen.
+  std::string Path() const { return file_ ? file_->Path() : std::string(); }
 
  private:
   static constexpr std::size_t kBlock = 65536;
 
   void WriteBlock() {
-    file_.Write(block_);
+    if (file_) file_->Write(block_);
     block_.clear();
   }
 
-  OutputFile file_;
+  std::optional<OutputFile> file_;
+  Console* screen_ = nullptr;
   std::string block_;
 };
 

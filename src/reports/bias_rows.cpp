@@ -48,7 +48,7 @@ LabelColumn BiasRows::Headings() const {
   label.Head1 = std::string(label.Head2.size(), ' ');
   for (const BiasPosition& position : terms_.Positions()) {
     const Facet& facet = analysis_.Facets[position.BiasFacet];
-    const std::string head = FacetHead(facet, settings_.Encoding) + (facet.FacetPositive ? "measr+ " : "measr- ");
+    const std::string head = FacetHead(facet, settings_.Encoding) + (facet.ShowsPositive() ? "measr+ " : "measr- ");
     label.Head1 += PadToWidth(facet.FacetLabel, DisplayLength(head, settings_.Encoding), settings_.Encoding);
     label.Head2 += head;
   }

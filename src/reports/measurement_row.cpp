@@ -51,7 +51,7 @@ MeasurementColumns MeasurementRows::ColumnsNeeded() const {
   MeasurementColumns columns;
   columns.TotalScore = settings_.TotalScore;
   columns.FairMean = settings_.FairOption == 'M';
-  columns.Positive = facet_.FacetPositive;
+  columns.Positive = facet_.ShowsPositive();
   columns.RealSE = settings_.RealSE;
   columns.Correlation = CorrelationOf(settings_.PtBiserial);
   columns.InterRater = analysis_.Agreement.Facet == number_;

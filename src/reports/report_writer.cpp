@@ -44,6 +44,11 @@ void ReportWriter::OpenReportFile(const std::string& path) {
   webpageStarted_ = false;
 }
 
+void ReportWriter::OpenScreen(Console& screen) {
+  screen_ = &screen;
+  form_ = ReportForm::Text;
+}
+
 void ReportWriter::CloseReportFile() {
   if (!file_) return;
   OutputFile file = std::move(*file_);
@@ -66,7 +71,9 @@ std::string ReportWriter::Rendered(std::string_view line) {
 }
 
 void ReportWriter::WriteTableLine(std::string_view line) {
-  if (!reportOn_ || !file_) return;
+  if (!reportOn_) return;
+  if (screen_ != nullptr) screen_->ShowMessage(Rendered(line));
+  if (!file_) return;
   file_->Write(Rendered(line));
   file_->Write(kLineEnd);
 }

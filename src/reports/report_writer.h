@@ -7,6 +7,7 @@
 
 #include "reports/box_line.h"
 #include "state/settings.h"
+#include "support/host.h"
 #include "support/output_file.h"
 
 namespace tessaly {
@@ -24,6 +25,8 @@ class ReportWriter {
 
   /// Opens `path`; its name and `ASCII=` decide the form. Throws `Halt` with the system's error.
   void OpenReportFile(const std::string& path);
+  /// Sends the lines to `screen` as text, in place of a file.
+  void OpenScreen(Console& screen);
   bool IsOpen() const { return file_.has_value(); }
   ReportForm Form() const { return form_; }
   /// Throws `Halt` with the system's error if the report could not be written in full.
@@ -43,6 +46,7 @@ class ReportWriter {
 
   const Settings& settings_;
   std::optional<OutputFile> file_;
+  Console* screen_ = nullptr;
   ReportForm form_ = ReportForm::Text;
   bool reportOn_ = true;
   bool webpageStarted_ = false;

@@ -114,7 +114,7 @@ class Ruler {
     for (const PlannedColumn& plan : plans_) {
       const Facet& facet = analysis_.Facets[plan.Column.Facet];
       std::string head = foot ? ColumnLegend(plan) : std::string();
-      if (head.empty()) head = (facet.FacetPositive ? "+" : "-") + facet.FacetLabel;
+      if (head.empty()) head = (facet.ShowsPositive() ? "+" : "-") + facet.FacetLabel;
       heads.push_back(PadToWidth(head, plan.ColumnWidth + 2, analysis_.Settings.Encoding));
     }
     for (const ScaleColumn& scale : scales_) heads.push_back(scale.HeadCell());

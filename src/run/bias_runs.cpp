@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "interaction/bias_estimation.h"
 #include "interaction/bias_facets.h"
@@ -24,10 +25,11 @@ constexpr std::array kBiasTables = {9, 10, 11, 12, 13, 14};
 /// One run.
 class BiasRun {
  public:
-  BiasRun(const BiasContext& context, const BiasRequest& request)
+  BiasRun(const BiasContext& context, const BiasRunRequest& request)
       : context_(context),
-        number_(request.Statement.value + 1),
-        terms_(request.BiasFacets, context.A.Facets),
+        request_(request),
+        number_(request.Number),
+        terms_(request.Facets, context.A.Facets),
         finder_(terms_, context.A.Fields) {}
 
   void Run() {
@@ -45,12 +47,16 @@ class BiasRun {
  private:
   void WriteTables() {
     const auto& [analysis, store, kernel, fit, report, control, console] = context_;
-    const std::string& arrange = analysis.Settings.ArrangeSpec;
+    const std::string& arrange = request_.Arrange;
     if (Select(11)) BiasSummaryTable(number_, terms_, fit, analysis.Settings, report, console);
-    if (Select(12)) BiasBarcharts(number_, terms_, analysis.Settings, report, console);
+    if (request_.BiasTable12On && Select(12)) BiasBarcharts(number_, terms_, analysis.Settings, report, console);
     std::int32_t tables13 = 0;
-    if (Select(13)) tables13 = BiasReport(number_, arrange, terms_, analysis, report, console);
-    if (Select(14)) BiasPairwise(number_, tables13, arrange, terms_, analysis, report, control, console);
+    if (request_.BiasTable13On && Select(13))
+      tables13 = BiasReport(number_, arrange, terms_, analysis, report, console);
+    if (request_.BiasTable14On && Select(14))
+      BiasPairwise(number_, tables13, arrange, terms_, analysis, report, control, console);
+    if (request_.PlotFile != nullptr)
+      BiasPlotFile(terms_, request_.Plots, analysis, request_.RunDate, *request_.PlotFile, console);
   }
 
   bool Select(int table) const {
@@ -59,6 +65,7 @@ class BiasRun {
   }
 
   const BiasContext& context_;
+  const BiasRunRequest& request_;
   std::int32_t number_;
   BiasTerms terms_;
   ObservationTerms finder_;
@@ -66,23 +73,31 @@ class BiasRun {
 
 }  // namespace
 
+void RunBias(const BiasContext& context, const BiasRunRequest& request) {
+  if (!CombinationsCanBeNumbered(request.Facets, context.A.Facets)) {
+    context.Screen.ShowWarning(
+        "The elements of the bias facets have too many combinations to be numbered: no bias "
+        "analysis for model statement" +
+        GeneralText(request.Number));
+    return;
+  }
+  const Phase before = std::exchange(context.Control.Phase, Phase::Bias);
+  BiasRun(context, request).Run();
+  context.Control.Phase = before;
+}
+
 void BiasRuns(const BiasContext& context) {
   const Analysis& analysis = context.A;
   if (analysis.Settings.BiasDirection == BiasDirection::Omit || analysis.Settings.ArrangeSpec.empty()) return;
   const auto wanted = [&](int table) { return context.Report.Wants(table); };
   if (std::none_of(kBiasTables.begin(), kBiasTables.end(), wanted)) return;
-  context.Control.Phase = Phase::Bias;
-  for (const BiasRequest& request : BiasRequests(analysis.Models, analysis.Fields)) {
-    if (CombinationsCanBeNumbered(request.BiasFacets, analysis.Facets)) {
-      BiasRun(context, request).Run();
-    } else {
-      context.Screen.ShowWarning(
-          "The elements of the bias facets have too many combinations to be numbered: no bias "
-          "analysis for model statement" +
-          GeneralText(request.Statement.value + 1));
-    }
+  for (const BiasRequest& marked : BiasRequests(analysis.Models, analysis.Fields)) {
+    BiasRunRequest request;
+    request.Number = marked.Statement.value + 1;
+    request.Facets = marked.BiasFacets;
+    request.Arrange = analysis.Settings.ArrangeSpec;
+    RunBias(context, request);
   }
-  context.Control.Phase = Phase::Reports;
 }
 
 }  // namespace tessaly

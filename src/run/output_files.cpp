@@ -33,15 +33,19 @@ void OutputFiles::Prepare(const std::vector<std::string>& inputs) {
   Try(s.SimulatedFileName, "Validating simulated data file=", "simulated data");
 }
 
-void OutputFiles::RefuseOverwriting(const std::vector<std::string>& inputs) const {
+std::vector<std::string> OutputFiles::Names() const {
   const Settings& s = analysis_.Settings;
-  std::vector<std::string> names = {s.AnchorFileName, s.ResidualFileName, s.GraphFileName, s.SimulatedFileName};
+  std::vector<std::string> names = {s.OutputFileName, s.AnchorFileName, s.ResidualFileName, s.GraphFileName,
+                                    s.SimulatedFileName};
   if (const std::string scores = ScoreFilePath(s); !scores.empty())
     for (const FacetNumber facet : analysis_.Facets.all()) names.push_back(ScoreFileName(scores, facet));
+  std::erase(names, "");
+  return names;
+}
+
+void OutputFiles::RefuseOverwriting(const std::vector<std::string>& inputs) const {
   std::vector<std::string> taken = inputs;
-  taken.push_back(s.OutputFileName);
-  for (const std::string& name : names) {
-    if (name.empty()) continue;
+  for (const std::string& name : Names()) {
     if (std::any_of(taken.begin(), taken.end(), [&](const std::string& other) { return SameFile(name, other); }))
       throw Halt{FailureCode::IncompatibleFile,
                  "an output file would overwrite \"" + name + "\". Please give each file a name of its own"};

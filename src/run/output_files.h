@@ -29,6 +29,8 @@ class OutputFiles {
   /// Scores, graphs, residuals and simulated data, as far as they are asked for. `seed` starts the random numbers.
   void WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel, RunControl& control);
 
+  /// The report and the files that have a name.
+  std::vector<std::string> Names() const;
   /// Whether some file could not be written in full.
   bool AnyFailed() const { return anyFailed_; }
 

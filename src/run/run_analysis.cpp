@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +32,7 @@
 #include "reports/table_frame.h"
 #include "run/bias_runs.h"
 #include "run/output_files.h"
+#include "run/random_seed.h"
 #include "run/recent_files.h"
 #include "run/specification_file.h"
 #include "spec/file_names.h"
@@ -95,6 +95,15 @@ class AnalysisRun {
     return Finish(outputs_.AnyFailed() ? Outcome::Incomplete : Outcome::Finished);
   }
 
+  /// What the run leaves, if it came that far.
+  std::optional<FinishedRun> Finished() && {
+    if (!unexpected_) return {};
+    std::vector<std::string> files = Inputs();
+    for (const std::string& name : outputs_.Names()) files.push_back(name);
+    return FinishedRun{std::move(*store_),      std::move(*kernel_),     dataFit_,
+                       std::move(*unexpected_), commandLine_.ExtraSpecs, std::move(files)};
+  }
+
  private:
   void ReadSpecifications() {
     ReadInitialSettings();
@@ -113,8 +122,7 @@ class AnalysisRun {
       analysis_.Input = {};
       throw Halt{FailureCode::NoData, {}};
     }
-    const bool watched = shell_.user.Present() && !commandLine_.Batch && !settings.BatchOption;
-    if (!watched) analysis_.Settings.QueryOption = false;
+    if (!MayAsk()) analysis_.Settings.QueryOption = false;
   }
 
   void ReadInitialSettings() {
@@ -148,8 +156,8 @@ class AnalysisRun {
   void OpenReport() {
     location_.clear();
     std::string& name = analysis_.Settings.OutputFileName;
-    name = name.empty() ? DerivedReportName(analysis_.Settings.SpecFileName, analysis_.Settings.AsciiOption)
-                        : Replaced(name, '\\', '/');
+    if (name.empty()) name = AskForReportName();
+    name = Replaced(name, '\\', '/');
     RefuseOverwriting(name);
     console_.ShowMessage("Writing specifications to output file: " + Quoted(name));
     try {
@@ -162,6 +170,19 @@ class AnalysisRun {
     }
     outputs_.Prepare(Inputs());
   }
+
+  /// The name that the specification leads to, or one that the user prefers.
+  std::string AskForReportName() const {
+    const std::string derived = DerivedReportName(analysis_.Settings.SpecFileName, analysis_.Settings.AsciiOption);
+    if (!initial_.Outputask || !MayAsk()) return derived;
+    const auto answer =
+        shell_.user.Ask("What is the Report Output file name? (Enter for \"" + std::string(derived) + "\") ");
+    if (!answer) throw Halt{FailureCode::CancelledByUser, {}};
+    const std::string_view name = TrimQuotes(*answer);
+    return name.empty() ? derived : std::string(name);
+  }
+
+  bool MayAsk() const { return shell_.user.Present() && !commandLine_.Batch && !analysis_.Settings.BatchOption; }
 
   std::vector<std::string> Inputs() const {
     std::vector<std::string> inputs = input_->Opened();
@@ -241,14 +262,7 @@ class AnalysisRun {
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
     unexpected_.emplace(std::move(fit).Unexpected());
-    outputs_.WriteResults(Seed(), *store_, *kernel_, control_);
-  }
-
-  /// What the random numbers start from: what the user gives, or the clock.
-  std::uint64_t Seed() {
-    if (analysis_.Settings.Seed) return *analysis_.Settings.Seed;
-    const auto ticks = static_cast<std::uint64_t>(shell_.clock.Seconds() * 1e6);
-    return ticks ^ std::hash<std::string>()(shell_.clock.RunDate());
+    outputs_.WriteResults(RandomSeed(analysis_.Settings, shell_.clock), *store_, *kernel_, control_);
   }
 
   void CompareRaters() {
@@ -373,8 +387,10 @@ class AnalysisRun {
 
 }  // namespace
 
-Outcome RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host, SettingsEnvironment environment) {
-  return AnalysisRun(analysis, std::move(commandLine), std::move(environment), host).Run();
+RunResult RunAnalysis(Analysis& analysis, CommandLine commandLine, Host& host, SettingsEnvironment environment) {
+  AnalysisRun run(analysis, std::move(commandLine), std::move(environment), host);
+  const Outcome outcome = run.Run();
+  return {outcome, std::move(run).Finished()};
 }
 
 }  // namespace tessaly

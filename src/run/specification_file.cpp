@@ -28,6 +28,17 @@ std::string AskForName(User& user) {
   return std::string(TrimQuotes(*answer));
 }
 
+/// Each specification as one word: "iter = 1" becomes "iter=1".
+std::string WithoutBlanksAtEquals(std::string_view text) {
+  std::string joined;
+  for (const char c : text) {
+    if (c == '=') joined.resize(TrimRight(joined).size());
+    if (c == ' ' && joined.ends_with('=')) continue;
+    joined += c;
+  }
+  return joined;
+}
+
 /// Asks for extra specifications. False if the user wants another file instead.
 bool AskForExtraSpecs(CommandLine& commandLine, Host& host) {
   const auto answer =
@@ -36,7 +47,8 @@ bool AskForExtraSpecs(CommandLine& commandLine, Host& host) {
     host.console.ShowMessage("*** Cancelled ***");
     return false;
   }
-  for (const std::string_view word : SplitAt(*answer, ' ')) {
+  const std::string joined = WithoutBlanksAtEquals(*answer);
+  for (const std::string_view word : SplitAt(joined, ' ')) {
     if (!word.empty()) commandLine.ExtraSpecs.emplace_back(word);
   }
   return true;

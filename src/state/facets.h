@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "state/indexes.h"
@@ -26,6 +27,8 @@ struct Facet {
   Centering FacetCenter = Centering::Centered;
   /// Positively oriented: the measure is added in the model. Otherwise it is subtracted.
   bool FacetPositive = false;
+  /// What reports call the facet, if that is not what its measures were estimated as.
+  std::optional<bool> ShownPositive;
   /// Records of the facet; -1 and -2 when it has no elements, so that a loop from first to last runs zero times.
   ElementIndex FacetFirstElement{-1};
   ElementIndex FacetLastElement{-2};
@@ -46,6 +49,7 @@ struct Facet {
   int FacetLabelWidth = 0;
 
   IndexRange<ElementIndex> Elements() const { return {FacetFirstElement, FacetLastElement}; }
+  bool ShowsPositive() const { return ShownPositive.value_or(FacetPositive); }
   bool HasElements() const { return FacetElementCount > 0; }
   /// First letter of the flags; a blank for a facet without type.
   char FacetType() const { return FacetFlags.empty() ? ' ' : FacetFlags.front(); }

@@ -107,6 +107,11 @@ struct FatalError final {
   std::string Text;
 };
 
+/// A request that cannot be carried out as it was asked, on its way to the user, who asks again. Nothing was written.
+struct Refusal final {
+  std::string Text;
+};
+
 /// The numbers that failure sentences quote, as they stand when the failure is reported.
 struct FailureLimits {
   std::int32_t FacetCount = 0;

@@ -18,6 +18,8 @@ class User {
   virtual UserRequest Poll() { return UserRequest::None; }
   /// The answer to a question, or nothing when there is nobody to ask.
   virtual std::optional<std::string> Ask(std::string_view /*question*/) { return {}; }
+  /// The same for a question that one key answers: "F4", "F5", the character of another key, or empty for Enter.
+  virtual std::optional<std::string> AskKey(std::string_view question) { return Ask(question); }
   /// Whether somebody is there to be asked.
   virtual bool Present() const { return false; }
 };

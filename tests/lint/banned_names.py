@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Names that must not stand in the core (src/ without shell/), and compiler options that must not stand in the build.
 
-The core's numbers and texts may not depend on a locale, its failures have three types, and its sums have one order.
+The core's numbers and texts may not depend on a locale, its failures have four types, and its sums have one order.
 
 Usage: banned_names.py ROOT
 """
@@ -35,8 +35,8 @@ def bare_code(text):
 
 
 def foreign_throw(codes):
-    """A throw of anything but our three types, be it named or made by a function that gives one."""
-    ours = r"Halt|FatalError|Stopped"
+    """A throw of anything but our four types, be it named or made by a function that gives one."""
+    ours = r"Halt|FatalError|Stopped|Refusal"
     makers = {maker for code in codes for maker in re.findall(rf"\b(?:{ours})\s+(\w+)\s*\(", code)}
     return re.compile(rf"\bthrow\b(?!\s*(?:;|(?:tessaly::)?(?:{'|'.join([ours, *sorted(makers)])})\s*[{{(]))")
 

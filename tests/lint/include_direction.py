@@ -9,7 +9,7 @@ import sys
 from pathlib import Path
 
 ORDER = ["support", "state", "model", "spec", "data", "estimate", "interaction", "reports", "output", "graphs", "run",
-         "shell"]
+         "requests", "shell"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]*)"|<([^>]*/[^>]*)>)')
 
 

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "shell/cli/terminal_keys.h"
+
 namespace tessaly {
 
 namespace {
@@ -26,12 +28,16 @@ void Handle(int signal, void (*handler)(int), int flags) {
   sigaction(signal, &action, nullptr);
 }
 
+// A second signal ends the program at once, should it be waiting for input that never comes.
+void HandleStops() {
+  Handle(SIGINT, RememberStop, static_cast<int>(SA_RESETHAND));
+  Handle(SIGTERM, RememberStop, static_cast<int>(SA_RESETHAND));
+}
+
 }  // namespace
 
 TerminalUser::TerminalUser() : present_(isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) {
-  // A second signal ends the program at once, should it be waiting for input that never comes.
-  Handle(SIGINT, RememberStop, static_cast<int>(SA_RESETHAND));
-  Handle(SIGTERM, RememberStop, static_cast<int>(SA_RESETHAND));
+  HandleStops();
   Handle(SIGUSR1, RememberFinish, SA_RESTART);
   // An analysis goes on when nobody reads its status lines any more.
   Handle(SIGPIPE, SIG_IGN, 0);
@@ -61,6 +67,20 @@ std::optional<std::string> TerminalUser::Ask(std::string_view question) {
     }
     answer += static_cast<char>(c);
   }
+}
+
+std::optional<std::string> TerminalUser::AskKey(std::string_view question) {
+  if (!present_) return {};
+  std::fwrite(question.data(), 1, question.size(), stdout);
+  std::fflush(stdout);
+  const std::optional<std::string> key = ReadKey();
+  std::fwrite("\n", 1, 1, stdout);
+  return key;
+}
+
+void TerminalUser::ForgetStop() {
+  stopSignal = 0;
+  HandleStops();
 }
 
 int TerminalUser::StopSignal() const {

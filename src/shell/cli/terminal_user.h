@@ -18,10 +18,13 @@ class TerminalUser : public User {
 
   UserRequest Poll() override;
   std::optional<std::string> Ask(std::string_view question) override;
+  std::optional<std::string> AskKey(std::string_view question) override;
   bool Present() const override { return present_; }
 
   /// The signal that stopped the analysis, 0 for none.
   int StopSignal() const;
+  /// Takes the signal back: it was meant for a request, not for the program.
+  void ForgetStop();
 
  private:
   bool present_;

@@ -273,7 +273,7 @@ TEST(DataReader, TracesTheMatching) {
   EXPECT_EQ(user.Questions.size(), 0U);
   EXPECT_EQ(run.User.Questions, Texts(2,
                                       "Press F4 for next match, F5 to discontinue Query=Y, or use Estimation menu "
-                                      "(here: Enter; 5 and Enter; Ctrl+C) "));
+                                      "(or Enter, 5, Ctrl+C) "));
   const auto traced =
       std::find(run.Said.Messages.begin(), run.Said.Messages.end(), "R2,1,1,11,3 datum: R2,1,1,11,3 ; datum number 1");
   ASSERT_LE(4, run.Said.Messages.end() - traced);

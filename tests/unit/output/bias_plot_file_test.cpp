@@ -52,7 +52,7 @@ struct Written {
 /// The file cut at its empty lines.
 Written Write(const BiasTerms& terms, BiasPlotSheets sheets, const Analysis& analysis) {
   const TestFolder folder;
-  OutputFile file(folder.Path() + "plot.txt");
+  TextOutput file(folder.Path() + "plot.txt");
   RecordingConsole console;
   BiasPlotFile(terms, sheets, analysis, "2020-02-29 12:00:00", file, console);
   file.Close();

@@ -1,0 +1,133 @@
+#include "graphs/graph_axes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "support/number_text.h"
+
+namespace tessaly {
+
+namespace {
+
+/// So far out that sums and round steps of measures still are 32-bit integers.
+constexpr double kFarthest = 9e8;
+
+/// Nearest integer, ties to even, held at `kFarthest`; 0 for what is no number.
+std::int64_t Rounded(double value) {
+  if (std::isnan(value)) return 0;
+  return static_cast<std::int64_t>(std::nearbyint(std::clamp(value, -kFarthest, kFarthest)));
+}
+
+struct WholeRange {
+  std::int64_t Low = 0;
+  std::int64_t High = 1;
+
+  std::int64_t Span() const { return High - Low; }
+};
+
+/// Long ranges in tens, ranges around 0 symmetric.
+WholeRange ShownRange(double low, double high) {
+  WholeRange shown{Rounded(std::floor(low)), Rounded(std::ceil(high))};
+  // Far out, singles must still tell the ends apart.
+  const std::int64_t shortest = 1 + std::max(std::abs(shown.Low), std::abs(shown.High)) / 1000000;
+  shown.High = std::max(shown.High, shown.Low + shortest);
+  constexpr std::int64_t kLongest = 20;
+  const std::int64_t span = shown.Span();
+  const std::int64_t tens = Rounded(static_cast<double>(span) / 10);
+  if (span > kLongest && 10 * tens != span) {
+    const std::int64_t longer = 10 * (tens + 1);
+    shown.Low = Rounded(static_cast<double>(shown.Low) - static_cast<double>(longer - span) / 2);
+    shown.High = shown.Low + longer;
+  }
+  if (shown.Low < 0 && shown.High > 0) {
+    shown.High = std::max(-shown.Low, shown.High);
+    shown.Low = -shown.High;
+  }
+  return shown;
+}
+
+std::int64_t LabelWidth(const WholeRange& range) {
+  constexpr std::size_t kNarrowest = 3;
+  constexpr std::int64_t kAround = 3;
+  const auto width = [](std::int64_t number) { return BareText(number).size(); };
+  return static_cast<std::int64_t>(std::max({width(range.Low), width(range.High), kNarrowest})) + kAround;
+}
+
+/// 1 to 5 as they are; otherwise the next 10, 20, 30, 40, 50, 100, 200 and so on.
+std::int64_t RoundStep(std::int64_t step) {
+  std::int64_t power = 1;
+  while (step / power >= 10) power *= 10;
+  if (step > 5 * power) return 10 * power;
+  return (step + power - 1) / power * power;
+}
+
+std::int64_t MultipleBelow(std::int64_t number, std::int64_t step) {
+  const std::int64_t multiple = number / step * step;
+  return multiple > number ? multiple - step : multiple;
+}
+
+/// How many divisions show a span of whole units.
+std::int64_t Divisions(std::int64_t span) {
+  constexpr std::int64_t kMost = 20;
+  std::int64_t divisions = std::max<std::int64_t>(span, 1);
+  while (2 * divisions < kMost) divisions *= 2;
+  if (divisions <= kMost) return divisions;
+  for (std::int64_t count = 10; count >= 3; --count)
+    if (divisions % count == 0) return count;
+  return 10;
+}
+
+std::int32_t Narrow(std::int64_t value) {
+  return static_cast<std::int32_t>(value);
+}
+
+}  // namespace
+
+MeasureGrid FitXAxis(const CurveRange& curves, const EmpiricalRange& data, double unit) {
+  const WholeRange shown = ShownRange(static_cast<double>(std::min({curves.Low, curves.High, data.DataMin})),
+                                      static_cast<double>(std::max({curves.Low, curves.High, data.DataMax})));
+  const std::int64_t margin = std::min(Rounded(2 * (unit + 0.1)), Rounded(kFarthest / 10));
+  WholeRange full{shown.Low - margin, shown.High + margin};
+  const std::int64_t width = LabelWidth(full);
+  const std::int64_t step = RoundStep((width + full.Span() - 1) / width);
+  full = {MultipleBelow(full.Low, step), -MultipleBelow(-full.High, step)};
+
+  MeasureGrid grid;
+  const std::int64_t steps = full.Span() / step;
+  grid.Steps = Narrow(steps * ((kMostGridRows - 1) / steps));
+  XAxisSettings& axis = grid.Axis;
+  axis.Divisions = static_cast<float>(Divisions(shown.Span()));
+  axis.FullMin = axis.SliderMin = Narrow(full.Low);
+  axis.FullMax = axis.SliderMax = Narrow(full.High);
+  axis.ShownMin = axis.SliderLow = static_cast<float>(shown.Low);
+  axis.ShownMax = axis.SliderHigh = static_cast<float>(shown.High);
+  return grid;
+}
+
+YAxisSettings FitYAxis(GraphKind kind, const GraphScale& scale, float largest) {
+  constexpr std::int64_t kFinestDivided = 3;
+  WholeRange range{0, 1};
+  std::int64_t divisions = 10;
+  if (kind == GraphKind::ExpectedScore) {
+    range = {scale.BottomCategory, scale.BottomCategory + scale.TopCategory};
+    divisions = range.Span() <= kFinestDivided ? 4 * range.Span() : range.Span();
+  } else if (kind == GraphKind::ItemInformation || kind == GraphKind::CategoryInformation) {
+    range.High = std::max<std::int64_t>(Rounded(std::ceil(static_cast<double>(largest))), 1);
+    divisions = range.High <= kFinestDivided ? 4 * range.High : range.High;
+  }
+  YAxisSettings axis;
+  axis.Divisions = Narrow(std::max<std::int64_t>(divisions, 1));
+  axis.FullMin = Narrow(range.Low);
+  axis.FullMax = Narrow(range.High);
+  axis.ShownMin = static_cast<float>(range.Low);
+  axis.ShownMax = static_cast<float>(range.High);
+  // Controls of short ranges move in fractions of a unit.
+  const std::int64_t finer =
+      std::max<std::int64_t>(Rounded(10.0 / static_cast<double>(std::max<std::int64_t>(range.Span(), 1))), 1);
+  axis.SliderLow = axis.SliderMin = Narrow(range.Low * finer);
+  axis.SliderHigh = axis.SliderMax = Narrow(range.High * finer);
+  return axis;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,160 @@
+#include "requests/session.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+#include <optional>
+#include <system_error>
+
+#include "output/settings_lines.h"
+#include "requests/completion.h"
+#include "requests/nearest_word.h"
+#include "requests/request_help.h"
+#include "requests/request_line.h"
+#include "requests/request_options.h"
+#include "requests/verbs.h"
+#include "support/bytes.h"
+#include "support/failure.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::string_view kModify = "modify";
+constexpr std::string_view kShowable[] = {"settings", "files"};
+
+bool AsksForNothing(std::string_view line) {
+  const std::size_t first = line.find_first_not_of(" \t\r");
+  return first == std::string_view::npos || line[first] == ';' || line[first] == '#';
+}
+
+std::vector<std::string_view> KnownWords() {
+  std::vector<std::string_view> words = VerbNames();
+  words.insert(words.end(), {"help", "show"});
+  return words;
+}
+
+void CheckOptions(const Verb& verb, const RequestLine& request) {
+  const std::vector<std::string_view> names = OptionNames(verb);
+  const std::string of = " of " + std::string(verb.Name);
+  for (const std::string& word : request.Words) {
+    throw Refusal{"\"" + QuotedLine(word) + "\" is no option" + of +
+                  ". Options are written name=value, without blanks" + " around the \"=\"." + Suggestion(word, names)};
+  }
+  for (const RequestLine::Option& option : request.Options) {
+    if (std::find(names.begin(), names.end(), option.Name) == names.end())
+      throw Refusal{"\"" + QuotedLine(option.Name) + "=\" is no option" + of + "." + Suggestion(option.Name, names)};
+  }
+}
+
+/// The verb of "table7 help" and "help table7", empty for "help"; nothing for other requests.
+std::optional<std::string> HelpAskedFor(const RequestLine& request) {
+  if (request.Verb == "help") return request.Words.empty() ? std::string() : request.Words.front();
+  const bool behind = request.Options.empty() && request.Words == std::vector<std::string>{"help"};
+  return behind ? std::optional(request.Verb) : std::nullopt;
+}
+
+/// The verb of a request whose words are all right.
+const Verb& CheckRequest(const RequestLine& request) {
+  const Verb* const verb = FindVerb(request.Verb);
+  if (verb == nullptr)
+    throw Refusal{"\"" + QuotedLine(request.Verb) + "\" is no request." + Suggestion(request.Verb, KnownWords()) +
+                  " \"help\" lists them all"};
+  CheckOptions(*verb, request);
+  return *verb;
+}
+
+void ShowLines(const std::vector<std::string>& lines, Console& console) {
+  for (const std::string& line : lines) console.ShowMessage(line);
+}
+
+void RemoveWithRelatives(const std::string& name) {
+  // Files of single facets have the name of the temporary one before their own endings.
+  const std::filesystem::path path(name);
+  const std::string stem = path.stem().string() + ".";
+  std::error_code error;
+  std::vector<std::filesystem::path> doomed;
+  for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), error)) {
+    if (entry.path().filename().string().starts_with(stem)) doomed.push_back(entry.path());
+  }
+  for (const std::filesystem::path& file : doomed) std::filesystem::remove(file, error);
+}
+
+}  // namespace
+
+Session::Session(Analysis& analysis, FinishedRun& run, Host& host, SettingsEnvironment environment)
+    : state_{analysis, run, host, std::move(environment), StandardErrors(analysis.Elements, analysis.Settings.RealSE),
+             {},       {},  {}} {}
+
+Session::~Session() {
+  for (const std::string& name : state_.TemporaryFiles) RemoveWithRelatives(name);
+}
+
+bool Session::Carry(std::string_view line) {
+  Console& console = state_.Host.console;
+  try {
+    if (!AsksForNothing(line)) CarryOut(line);
+    return true;
+  } catch (const Refusal& refusal) {
+    console.ShowWarning(refusal.Text);
+  } catch (const Halt& halt) {
+    for (const std::string& text : FailureReport(halt, state_.A.Limits(), {}, 0, {})) console.ShowWarning(text);
+  } catch (const FatalError& error) {
+    console.ShowWarning(error.Text);
+  } catch (const std::bad_alloc&) {
+    console.ShowWarning("There is not enough memory for this request");
+  }
+  return false;
+}
+
+void Session::CarryOut(std::string_view line) {
+  const RequestLine request = ReadRequestLine(line);
+  if (const auto help = HelpAskedFor(request)) return ShowLines(RequestHelp(*help), state_.Host.console);
+  if (request.Verb == "show") return Show(request.Words.empty() ? std::string() : request.Words.front());
+  const Verb& verb = CheckRequest(request);
+  const RequestOptions options(request, state_.A);
+  if (verb.Name == kModify) return verb.Carry(state_, options);
+  const SettingsScope scope(state_.A.Settings);
+  verb.Carry(state_, options);
+}
+
+void Session::Show(std::string_view what) {
+  if (what == "settings") return ShowLines(SettingsLines(state_.A), state_.Host.console);
+  if (what != "files")
+    throw Refusal{"Please write \"show settings\" or \"show files\"." +
+                  (what.empty() ? "" : Suggestion(what, kShowable))};
+  for (const SessionFile& file : state_.Files) state_.Host.console.ShowMessage(file.Label + " = " + file.Path);
+  for (const std::string& name : state_.Run.Files) state_.Host.console.ShowMessage("Analysis = " + name);
+}
+
+std::vector<std::string> Session::Completions(std::string_view line) const {
+  return CompletionsOf(line, state_.A);
+}
+
+bool Session::ExpectsFile(std::string_view line) {
+  return EndsInFileName(line);
+}
+
+bool AnswerHelp(std::string_view line, Console& console) {
+  try {
+    const auto help = HelpAskedFor(ReadRequestLine(line));
+    if (help) ShowLines(RequestHelp(*help), console);
+    return help.has_value();
+  } catch (const Refusal& refusal) {
+    console.ShowWarning(refusal.Text);
+    return false;
+  }
+}
+
+std::string RequestProblem(std::string_view line) {
+  try {
+    if (AsksForNothing(line)) return {};
+    const RequestLine request = ReadRequestLine(line);
+    if (request.Verb != "show" && !HelpAskedFor(request)) CheckRequest(request);
+    return {};
+  } catch (const Refusal& refusal) {
+    return refusal.Text;
+  }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,14 @@
+// What random numbers start from.
+#pragma once
+
+#include <cstdint>
+
+#include "state/settings.h"
+#include "support/host.h"
+
+namespace tessaly {
+
+/// `Seed=`, or the clock's idea.
+std::uint64_t RandomSeed(const Settings& settings, Clock& clock);
+
+}  // namespace tessaly

@@ -1,0 +1,99 @@
+#include "shell/cli/line_editor.h"
+
+#include <editline/readline.h>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+constexpr int kRememberedLines = 500;
+constexpr const char* kBlanks = " \t";
+
+LineEditor::Complete completeLine;
+std::function<bool()> isInterrupted;
+std::vector<std::string> words;
+
+/// The library asks for one word after the other, and frees them.
+char* NextWord(const char*, int state) {
+  const auto at = static_cast<std::size_t>(state);
+  return at < words.size() ? strdup(words[at].c_str()) : nullptr;
+}
+
+char** CompleteWord(const char* text, int start, int) {
+  // Without words of ours there are none: the library would offer file names.
+  rl_attempted_completion_over = 1;
+  words = completeLine(std::string(rl_line_buffer, static_cast<std::size_t>(start)) + text);
+  const bool open = words.size() != 1 || words.front().ends_with('=') || words.front().ends_with('/');
+  rl_completion_append_character = open ? '\0' : ' ';
+  return words.empty() ? nullptr : rl_completion_matches(text, NextWord);
+}
+
+/// The next byte of standard input; -1 at its end and when the line is given up. The library's own reading would go on
+/// after a signal.
+int ReadByte() {
+  unsigned char byte = 0;
+  for (;;) {
+    const ssize_t count = read(STDIN_FILENO, &byte, 1);
+    if (count == 1) return byte;
+    if (count == 0 || errno != EINTR || isInterrupted()) return -1;
+  }
+}
+
+/// The next character, of one or more bytes by the locale; -1 as for bytes. Bytes that are no character are dropped.
+int ReadCharacter(std::FILE*) {
+  std::mbstate_t state = {};
+  for (;;) {
+    const int byte = ReadByte();
+    if (byte < 0) return -1;
+    const char c = static_cast<char>(byte);
+    wchar_t character = 0;
+    const std::size_t taken = std::mbrtowc(&character, &c, 1, &state);
+    if (taken <= 1) return static_cast<int>(character);
+    if (taken == static_cast<std::size_t>(-1)) state = {};
+  }
+}
+
+}  // namespace
+
+LineEditor::LineEditor(Complete complete, std::function<bool()> interrupted, std::string historyFile)
+    : historyFile_(std::move(historyFile)) {
+  completeLine = std::move(complete);
+  isInterrupted = std::move(interrupted);
+  // Which bytes are a character on this terminal; numbers keep their points.
+  std::setlocale(LC_CTYPE, "");
+  rl_getc_function = ReadCharacter;
+  rl_readline_name = "tessaly";
+  rl_initialize();
+  rl_attempted_completion_function = CompleteWord;
+  // An option with its value is one word.
+  rl_basic_word_break_characters = kBlanks;
+  using_history();
+  stifle_history(kRememberedLines);
+  if (!historyFile_.empty()) read_history(historyFile_.c_str());
+}
+
+LineEditor::~LineEditor() {
+  if (!historyFile_.empty()) write_history(historyFile_.c_str());
+  completeLine = nullptr;
+}
+
+std::optional<std::string> LineEditor::ReadLine(const std::string& prompt) {
+  char* const typed = readline(prompt.c_str());
+  if (typed == nullptr) return {};
+  std::string line(typed);
+  std::free(typed);
+  if (!line.empty()) add_history(line.c_str());
+  return line;
+}
+
+}  // namespace tessaly
