@@ -86,7 +86,8 @@ std::string Selection(const std::vector<BiasRunRequest>& runs, std::int32_t face
 }
 
 void ReadSettings(const RequestOptions& options, Settings& settings) {
-  // A request asks for the analysis that the specification may have switched off.
+  // A request asks for what the specification may have switched off.
+  settings.TablesOption = "Y";
   if (settings.BiasDirection == BiasDirection::Omit) settings.BiasDirection = BiasDirection::Plus;
   if (const auto sign = options.Choice("sign", {"plus", "minus"}))
     settings.BiasDirection = *sign == 0 ? BiasDirection::Plus : BiasDirection::Minus;

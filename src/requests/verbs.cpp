@@ -23,12 +23,11 @@ const OptionInfo kFile = {"file", "file name", "Writes a file that stays", Kind:
 const OptionInfo kTo = {"to", "screen|temporary",
                         "In place of file=: temporary for a file that goes when the program ends. Default: screen",
                         Kind::Words};
-const OptionInfo kSeparator = {"separator", "fixed|tab|comma|semicolon|character",
-                               "Between fields. Default: CSV= of the analysis", Kind::Words};
-const OptionInfo kHeadings = {"headings", kYesNo, "Heading lines. Default: Heading lines= of the analysis",
-                              Kind::Words};
-const OptionInfo kQuote = {"quote", "none|double-quotes|apostrophes|character",
-                           "Around labels. Default: QM= of the analysis", Kind::Words};
+const OptionInfo kSeparator = {"separator", "fixed|tab|comma|semicolon",
+                               "Between fields; another character stands for itself. Default: CSV=", Kind::Words};
+const OptionInfo kHeadings = {"headings", kYesNo, "Heading lines. Default: Heading lines=", Kind::Words};
+const OptionInfo kQuote = {"quote", "none|double-quotes|apostrophes",
+                           "Around labels; another character stands for itself. Default: QM=", Kind::Words};
 const OptionInfo kFields = {"fields", "all or names of fields",
                             "Fields of the file, with commas between them. Default: those of the settings"};
 const OptionInfo kDefault = {"default", kYesNo, "Keeps fields= in the settings file for later runs. Default: no",
