@@ -84,9 +84,22 @@ class Picture {
     return DrawTextLines(lines, kPageWidth / 2, top, {.Size = kTitleSize, .Bold = true}) + 1.5;
   }
 
+  /// Divisions were made for the range that the axis began with, and many of them have no room: any other axis has
+  /// ticks at round values.
+  static PictureAxis AxisFor(float low, float high, bool asFitted, double divisions) {
+    constexpr double kRoundTicks = 10;
+    if (asFitted && !(divisions > kMostDivisions)) return DivideAxis(double{low}, double{high}, divisions);
+    return RoundAxis(double{low}, double{high}, kRoundTicks);
+  }
+
   void PlaceFrame(double top) {
-    frame_.X = DivideAxis(double{plot_.X.ShownMin}, double{plot_.X.ShownMax}, double{plot_.X.Divisions});
-    frame_.Y = DivideAxis(double{plot_.Y.ShownMin}, double{plot_.Y.ShownMax}, double(plot_.Y.Divisions));
+    const XAxisSettings& x = plot_.X;
+    const YAxisSettings& y = plot_.Y;
+    frame_.X =
+        AxisFor(x.ShownMin, x.ShownMax, x.ShownMin == x.SliderLow && x.ShownMax == x.SliderHigh, double{x.Divisions});
+    frame_.Y = AxisFor(y.ShownMin, y.ShownMax,
+                       y.ShownMin == static_cast<float>(y.FullMin) && y.ShownMax == static_cast<float>(y.FullMax),
+                       double(y.Divisions));
     ThinLabels(frame_.Y, kPlotHeight, kLineFeed * kSmallText);
     const double left = kEdge + kLineFeed * kAxisTitleSize + WidestLabel(frame_.Y) + kTickGap + kTickLength + 0.5;
     frame_.Box = {left, top, kPageWidth - 2 * kEdge, top + kPlotHeight};

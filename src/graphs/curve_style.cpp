@@ -17,8 +17,9 @@ constexpr Color kBandLine{0, 70, 70};
 constexpr Color kScoreLine{0, 0, 255};
 constexpr Color kScoreMarker{255, 0, 0};
 constexpr Color kScoreModel{213, 94, 0};
-constexpr double kModelWidth = 0.42;
-constexpr double kEmpiricalWidth = 0.3;
+/// Far enough apart to tell smoothed data from the model when both lines have one colour.
+constexpr double kModelWidth = 0.5;
+constexpr double kEmpiricalWidth = kThinLine;
 constexpr std::string_view kGuideDash = "1.2 0.8";
 
 template <class T, std::size_t N>

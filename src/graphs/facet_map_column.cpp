@@ -18,6 +18,7 @@ namespace {
 
 constexpr double kWidestLabels = 30;
 constexpr double kBarHeight = 2.2;
+constexpr double kBarGap = kThinLine;
 constexpr Color kBarFill{120, 160, 190};
 
 /// Labels or numbers.
@@ -121,8 +122,9 @@ class CountColumn : public MapColumn {
     if (!bars_) {
       return DrawOnPaper(page, {left + kInset, (top + bottom) / 2}, Text(bins_.Counts[at]));
     }
-    const double length = width * bins_.Counts[at] / bins_.Most();
-    page.Rect({left, top, left + length, bottom}, kBarFill, Stroke{kWhite, kThinLine, {}});
+    // The smallest count must still be seen.
+    const double length = std::max(width * bins_.Counts[at] / bins_.Most(), kThinLine);
+    page.Rect({left, top + kBarGap / 2, left + length, bottom - kBarGap / 2}, kBarFill);
   }
 
   void Foot(SvgPage& page, double x, const std::string& text, TextAnchor anchor) const {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "support/number_text.h"
+#include "model/measure_axis.h"
 
 namespace tessaly {
 
@@ -47,26 +47,6 @@ WholeRange ShownRange(double low, double high) {
   return shown;
 }
 
-std::int64_t LabelWidth(const WholeRange& range) {
-  constexpr std::size_t kNarrowest = 3;
-  constexpr std::int64_t kAround = 3;
-  const auto width = [](std::int64_t number) { return BareText(number).size(); };
-  return static_cast<std::int64_t>(std::max({width(range.Low), width(range.High), kNarrowest})) + kAround;
-}
-
-/// 1 to 5 as they are; otherwise the next 10, 20, 30, 40, 50, 100, 200 and so on.
-std::int64_t RoundStep(std::int64_t step) {
-  std::int64_t power = 1;
-  while (step / power >= 10) power *= 10;
-  if (step > 5 * power) return 10 * power;
-  return (step + power - 1) / power * power;
-}
-
-std::int64_t MultipleBelow(std::int64_t number, std::int64_t step) {
-  const std::int64_t multiple = number / step * step;
-  return multiple > number ? multiple - step : multiple;
-}
-
 /// How many divisions show a span of whole units.
 std::int64_t Divisions(std::int64_t span) {
   constexpr std::int64_t kMost = 20;
@@ -88,14 +68,11 @@ MeasureGrid FitXAxis(const CurveRange& curves, const EmpiricalRange& data, doubl
   const WholeRange shown = ShownRange(static_cast<double>(std::min({curves.Low, curves.High, data.DataMin})),
                                       static_cast<double>(std::max({curves.Low, curves.High, data.DataMax})));
   const std::int64_t margin = std::min(Rounded(2 * (unit + 0.1)), Rounded(kFarthest / 10));
-  WholeRange full{shown.Low - margin, shown.High + margin};
-  const std::int64_t width = LabelWidth(full);
-  const std::int64_t step = RoundStep((width + full.Span() - 1) / width);
-  full = {MultipleBelow(full.Low, step), -MultipleBelow(-full.High, step)};
-
+  // Never nothing: what is farthest is well within its bounds.
+  const MeasureAxis full = *FitMeasureAxis(static_cast<float>(shown.Low - margin),
+                                           static_cast<float>(shown.High + margin), kMostGridRows - 1);
   MeasureGrid grid;
-  const std::int64_t steps = full.Span() / step;
-  grid.Steps = Narrow(steps * ((kMostGridRows - 1) / steps));
+  grid.Steps = full.Columns();
   XAxisSettings& axis = grid.Axis;
   axis.Divisions = static_cast<float>(Divisions(shown.Span()));
   axis.FullMin = axis.SliderMin = Narrow(full.Low);

@@ -74,7 +74,7 @@ PictureAxis DivideAxis(double low, double high, double divisions) {
 }
 
 double RoundStep(double length, double parts) {
-  const double least = length / std::max(parts, 1.0);
+  const double least = length / std::max(1.0, parts);
   const double power = std::pow(10, std::floor(std::log10(least)));
   for (const double digit : {1.0, 2.0, 5.0}) {
     if (digit * power >= least * (1 - kNearly)) return digit * power;

@@ -30,17 +30,16 @@ constexpr std::size_t kMostOnNarrowPage = 3;
 constexpr double kEdge = 1.5;
 constexpr double kColumnGap = 1.8;
 constexpr double kLowestMap = 95;
-/// Leaves room on a page of 220 mm for all else at its largest.
+constexpr double kHighestPage = 220;
+/// Leaves room on the page for all else: a title and headings at their largest, and ten lines of notes.
 constexpr double kHighestMap = 160;
 constexpr double kTitleSize = 2.9;
 constexpr double kLineFeed = 1.25;
 /// Bold letters are wider than the plain ones that are measured.
 constexpr double kBoldRoom = 0.9;
 constexpr std::size_t kHeadingLines = 2;
-constexpr std::size_t kMostNoteLines = 9;
 /// More have no room on any page.
 constexpr std::size_t kMostScaleColumns = 14;
-constexpr std::size_t kMostModels = 5;
 constexpr double kTickLength = 1.1;
 constexpr double kTickSpacing = 7;
 constexpr Color kGridInk{222, 222, 222};
@@ -250,20 +249,18 @@ class Map {
   }
 
   void AddModels(std::vector<std::string>& notes) const {
-    const std::size_t shown = std::min(scales_.size(), kMostModels);
-    for (std::size_t at = 0; at < shown; ++at) {
-      const ScaleNumber scale = analysis_.Scales.ScaleOrder[scales_[at]];
-      notes.push_back(ScaleHeading(scales_[at], analysis_) + ": Model = " + DisplayText(ModelText(scale, analysis_)));
+    for (const std::size_t at : scales_) {
+      const ScaleNumber scale = analysis_.Scales.ScaleOrder[at];
+      notes.push_back(ScaleHeading(at, analysis_) + ": Model = " + DisplayText(ModelText(scale, analysis_)));
     }
   }
 
-  /// Gives where they end.
+  /// As many as the page has room for. Gives where they end.
   double DrawNotes(const std::vector<std::string>& notes) {
     double baseline = axis_.Bottom + MapAxis::kMargin + kFootHeight + kLineFeed * kSmallText;
-    std::size_t lines = 0;
     for (const std::string& note : notes) {
       for (const std::string& line : Wrapped(note, kSmallText, page_.Width() - 2 * kEdge, 2)) {
-        if (++lines > kMostNoteLines) return baseline;
+        if (baseline > kHighestPage - kLineFeed * kSmallText) break;
         page_.Text({kEdge, baseline}, line, {});
         baseline += kLineFeed * kSmallText;
       }

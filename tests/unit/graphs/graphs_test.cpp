@@ -6,7 +6,9 @@
 #include <array>
 #include <cmath>
 #include <random>
+#include <utility>
 
+#include "fixture/design.h"
 #include "graphs/empirical_curves.h"
 #include "graphs/empirical_interval.h"
 #include "unit/model/scale_bed.h"
@@ -71,6 +73,7 @@ TEST(Graphs, SeriesOfEachKind) {
   EXPECT_EQ(names(GraphKind::ConditionalProbability, all),
             (Texts{"Conditional probability: 2 and 3", "Conditional probability: 3 and 4", line[0]}));
   EXPECT_EQ(names(GraphKind::ExpectedScore, {false, false, true, false}).size(), 2U);
+  EXPECT_EQ(names(GraphKind::ExpectedScore, {false, false, false, true}), Texts{"Expected 0.5 zones"});
   EXPECT_TRUE(names(GraphKind::ExpectedScore, {false}).empty());
 
   const CurvePlot scores = graphs.Plot({GraphKind::ExpectedScore, 1, all, {}});
@@ -106,8 +109,6 @@ TEST(Graphs, OddRequests) {
   Graphs graphs(a, kernel, nullptr);
   GraphSwitches empirical{false, true, true, false};
   EXPECT_TRUE(graphs.Plot({GraphKind::ExpectedScore, 1, empirical, {}}).Curves.empty());
-  EXPECT_EQ(graphs.Plot({GraphKind::ItemInformation, 0, {}, {}}).Scale, 1);
-  EXPECT_EQ(graphs.Plot({GraphKind::ItemInformation, 2, {}, {}}).Scale, 1);
   const CurvePlot conditional = graphs.Plot({GraphKind::ConditionalProbability, 1, {}, {}});
   EXPECT_TRUE(conditional.Curves[1].Points.empty() && conditional.Curves[2].Points.empty()) << "gaps, not zeros";
 
@@ -115,6 +116,23 @@ TEST(Graphs, OddRequests) {
   const CurvePlot none = Graphs(a, kernel, nullptr).Plot({});
   EXPECT_TRUE(none.Curves.empty());
   EXPECT_EQ(none.X.ShownMax, 1);
+}
+
+// Whatever was asked before, and round about both ends.
+TEST(Graphs, EachScaleHasItsOwnCurves) {
+  const FinishedAnalysis run = SimulatedDesign({30, 3}, 2, 5, 0.1, 2).Run();
+  ASSERT_TRUE(run.Finished());
+  ResponseKernel kernel(run.A.Scales, 80);
+  Graphs graphs(run.A, kernel, nullptr);
+  ASSERT_EQ(graphs.ScaleCount(), 3);
+  for (const auto& [asked, shown] : {std::pair(2, 2), {1, 1}, {0, 3}, {4, 1}}) {
+    const CurvePlot plot = graphs.Plot({GraphKind::CategoryProbability, asked, {}, {}});
+    EXPECT_EQ(plot.Scale, shown);
+    const ScaleNumber scale = run.A.Scales.ScaleOrder[static_cast<std::size_t>(shown - 1)];
+    const CurvePoint point = plot.Curves[1].Points[120].value();
+    kernel.CategoryProbabilities(scale, ModelType::RatingScale, 2, point.X);
+    EXPECT_NEAR(point.Y, kernel.Probability(1), 1e-6);
+  }
 }
 
 // Every bin is gathered anew from the rows between its edges.
@@ -172,27 +190,37 @@ TEST(Graphs, EmpiricalCurvesAgainstRecount) {
   }
 }
 
-// A hundred responses at 0 of a dichotomy of difficulty 0: .5 and 1.96 standard errors of .05 to both sides. One at 2,
-// where .88 is expected: its band reaches beyond the axis.
+// Means of a dichotomy of difficulty 0, with 1.96 standard errors to both sides: at 0, .5 and .05 for a hundred
+// responses. Bounds just above the axis stay, those further out and those too near to the other end are held.
 TEST(Graphs, ConfidenceBand) {
   Analysis a = OneReported({0, 0});
   ResponseKernel kernel(a.Scales, 80);
-  const EmpiricalData data({{201, 0, 100, 200}, {401, 1, 1, 3}}, {0, 2}, MeasureBins(-2, 2), 1);
+  const EmpiricalData data(
+      {{1, 0, 100, 200}, {401, 0, 1, 2}, {601, 0, 100, 200}, {801, 1, 27, 81}, {1001, 1, 1, 3}, {1201, 1, 100, 300}},
+      {0, 2}, MeasureBins(-6, 6), 1);
   const CurvePlot plot = Graphs(a, kernel, &data).Plot({GraphKind::ExpectedScore, 1, {true, true, true, false}, 0.5F});
-  ASSERT_EQ(plot.Curves[1].Points.size(), 2U);
-  EXPECT_FLOAT_EQ(plot.Curves[1].Points[0]->Y, 2.01F);
-  EXPECT_FLOAT_EQ(plot.Curves[2].Points[0]->Y, 2.598F);
-  EXPECT_FLOAT_EQ(plot.Curves[3].Points[0]->Y, 2.402F);
-  EXPECT_FLOAT_EQ(plot.Curves[1].Points[1]->Y, 2.99F);
-  EXPECT_FLOAT_EQ(plot.Curves[2].Points[1]->Y, 2.995F);
+  const auto values = [&](std::size_t curve) {
+    std::vector<float> y;
+    for (const auto& point : plot.Curves[curve].Points) y.push_back(std::round(point->Y * 1000) / 1000);
+    return y;
+  };
+  using Values = std::vector<float>;
+  EXPECT_EQ(values(1), (Values{2.01F, 2.01F, 2.01F, 2.99F, 2.99F, 2.99F}));
+  EXPECT_EQ(values(2), (Values{2.015F, 2.754F, 2.598F, 3.003F, 2.995F, 2.995F}));
+  EXPECT_EQ(values(3), (Values{2.005F, 2.005F, 2.402F, 2.759F, 2.722F, 2.985F}));
 }
 
 TEST(Graphs, WhatIsLeftBehindTheMostPointsIsOnePoint) {
+  Analysis a = OneReported({0, -1, 1});
+  ResponseKernel kernel(a.Scales, 80);
   const EmpiricalData data = Observed(2, 1, 5);
+  const CurveTable table(PrepareGraphs(a).front(), FitXAxis({}, data.Range(), 1), 1, kernel);
   const YAxisSettings y;
   const EmpiricalShares shares = EmpiricalCategoryCurves({data, 1, 0.5F, y, 3}, 2);
+  const std::vector<EmpiricalPoint> means = EmpiricalCurve({data, 1, 0.5F, y, 3}, table);
   ASSERT_EQ(shares.X.size(), 4U);
-  EXPECT_EQ(shares.Share[2].size(), 4U);
+  ASSERT_EQ(means.size(), 4U);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(means[i].X, shares.X[i]);
   const EmpiricalShares all = EmpiricalCategoryCurves({data, 1, 0.5F, y, 99}, 2);
   EXPECT_EQ(shares.X[2], all.X[2]);
   EXPECT_GT(shares.X[3], all.X[4]);

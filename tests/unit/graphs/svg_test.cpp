@@ -7,6 +7,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fixture/design.h"
@@ -381,6 +382,8 @@ TEST(CurvePicture, StaysReadableWhateverItHolds) {
 struct ReadMap {
   explicit ReadMap(const std::string& file) : Elements(Parse(file)) {
     ExpectReadable(Elements);
+    EXPECT_LE(Elements.back().Number("width"), 160);
+    EXPECT_LE(Elements.back().Number("height"), 220);
     std::vector<std::pair<double, double>> ticks;
     for (const XmlElement& text : Named(Elements, "text", "axis")) {
       std::string number = text.Text;
@@ -433,17 +436,48 @@ TEST(WrightMap, LabelsStandAtTheirMeasuresAndCategoriesBetweenHalfScores) {
     EXPECT_GE(labels, 3);
     ResponseKernel kernel(run.A.Scales, 80);
     double boundaries = 0;
+    double end = 0;
     for (const XmlElement& rect : map.Elements) {
       // The pieces of the bar are the only boxes with a black outline; the first begins at the end of the axis.
       if (rect.Name != "rect" || !rect.Attributes.contains("stroke") || rect.Attributes.at("stroke") != "#000000")
         continue;
+      const double start = std::exchange(end, rect.Number("y") + rect.Number("height"));
       if (boundaries++ == 0) continue;
+      EXPECT_NEAR(rect.Number("y"), start, 0.011);
       const double logit = (map.MeasureAt(rect.Number("y")) - double{umean}) / double{uscale};
       const float score = kernel.CategoryProbabilities(run.A.Scales.ScaleOrder[0], ModelType::RatingScale, 3,
                                                        static_cast<float>(logit));
       EXPECT_NEAR(std::fabs(double{score} - std::floor(double{score})), 0.5, 0.03);
     }
     EXPECT_GE(boundaries, 2);
+    // Every person is in one bar, at the person's height.
+    double length = 0;
+    double longest = 0;
+    for (const XmlElement& bar : Named(map.Elements, "rect", "")) {
+      if (bar.Attributes.at("fill") != "#78a0be") continue;
+      constexpr double kGap = 0.13;
+      double persons = 0;
+      for (int person = 1; person <= 24; ++person) {
+        const double y = (double{umean} + double{uscale} * run.Measure(1, person) - map.Zero) / map.PerMillimetre;
+        if (y > bar.Number("y") - kGap && y < bar.Number("y") + bar.Number("height") + kGap) ++persons;
+      }
+      EXPECT_GE(persons, 1);
+      length += bar.Number("width");
+      longest = std::max(longest, bar.Number("width") / persons);
+    }
+    EXPECT_NEAR(length, 24 * longest, 0.2);
+  }
+}
+
+TEST(WrightMap, ExtremeElementsStandAtTheEnds) {
+  FinishedAnalysis run = SimulatedDesign({24, 7}, 3, 11).Run();
+  ASSERT_TRUE(run.Finished());
+  run.A.Elements.ElementStatus[run.At(1, 5)] = ElementStatus::Maximum;
+  run.A.Elements.ElementLabel[run.At(1, 5)] = "best";
+  for (const auto& [uscale, yardstick] : {std::pair(1.0F, "0,0,-5,5"), {-10.0F, "0,0,-50,50"}}) {
+    run.A.Settings.Uscale = uscale;
+    const ReadMap map(MapOf(run, "1A", yardstick));
+    EXPECT_NEAR(map.MeasureAt(map.HeightOf("best")) / double{uscale}, 5, 0.05);
   }
 }
 
