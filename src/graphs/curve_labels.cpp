@@ -41,7 +41,7 @@ std::vector<LabelledCurve> CurvesToLabel(const CurvePlot& plot, const PlotFrame&
   std::vector<LabelledCurve> curves;
   if (!HasPeaks(plot.Kind) && !HasHalves(plot.Kind)) return curves;
   for (const Series& curve : plot.Curves) {
-    if (curve.Role != Series::Role::Model || curve.Points.empty()) continue;
+    if (curve.Role != SeriesRole::Model || curve.Points.empty()) continue;
     LabelledCurve& labelled = curves.emplace_back(LabelledCurve{LabelOf(curve), {}});
     for (const std::vector<SvgPoint>& run : frame.Runs(curve)) {
       for (const SvgPoint point : run) {
@@ -60,7 +60,7 @@ class LabelPlaces {
   LabelPlaces(const std::vector<LabelledCurve>& curves, const CurvePlot& plot, const PlotFrame& frame)
       : curves_(curves), frame_(frame), halves_(HasHalves(plot.Kind)) {
     for (const Series& curve : plot.Curves) {
-      if (curve.Role != Series::Role::Empirical) continue;
+      if (curve.Role != SeriesRole::Empirical) continue;
       for (const std::vector<SvgPoint>& run : frame.Runs(curve))
         markers_.insert(markers_.end(), run.begin(), run.end());
     }

@@ -21,11 +21,11 @@ void DrawSample(SvgPage& page, const StyledCurve& entry, double left, double mid
   const double right = left + kSampleWidth;
   const auto role = entry.Curve->Role;
   double y = middle;
-  if (role == Series::Role::UpperBound || role == Series::Role::LowerBound) {
+  if (role == SeriesRole::UpperBound || role == SeriesRole::LowerBound) {
     // The band lies below its upper bound and above its lower one.
     constexpr double kHalf = 0.9;
     page.Rect({left, middle - kHalf, right, middle + kHalf}, kBandFill);
-    y += role == Series::Role::UpperBound ? -kHalf : kHalf;
+    y += role == SeriesRole::UpperBound ? -kHalf : kHalf;
   }
   if (entry.Style.Line) page.Line({left, y}, {right, y}, *entry.Style.Line);
   if (entry.Style.Marker) DrawMarker(page, {(left + right) / 2, y}, *entry.Style.Marker);

@@ -11,6 +11,7 @@
 #include "graphs/display_text.h"
 #include "graphs/picture_clip.h"
 #include "graphs/plot_frame.h"
+#include "support/number_text.h"
 
 namespace tessaly {
 
@@ -50,8 +51,8 @@ class Picture {
     PlaceFrame(plotTop);
     page_.Rect(frame_.Box, kWhite, kAxisStroke);
     DrawBand();
-    for (const auto role : {Series::Role::Guide, Series::Role::Model, Series::Role::UpperBound,
-                            Series::Role::LowerBound, Series::Role::Empirical})
+    for (const auto role : {SeriesRole::Guide, SeriesRole::Model, SeriesRole::UpperBound,
+                            SeriesRole::LowerBound, SeriesRole::Empirical})
       DrawLines(role);
     DrawCurveLabels(page_, plot_, frame_);
     DrawMarkers();
@@ -61,8 +62,8 @@ class Picture {
     }
     DrawYAxis();
     const double axisEnd = DrawXAxis();
-    const double end = DrawLegend(page_, curves_, kEdge, kPageWidth - kEdge, axisEnd + 1.5);
-    return page_.Finish(end + kEdge, plot_.Title);
+    const double legendEnd = DrawLegend(page_, curves_, kEdge, kPageWidth - kEdge, axisEnd + 1.5);
+    return page_.Finish(DrawInterval(legendEnd) + kEdge, plot_.Title);
   }
 
  private:
@@ -112,7 +113,7 @@ class Picture {
     return widest;
   }
 
-  const Series* Bound(enum Series::Role role) const {
+  const Series* Bound(SeriesRole role) const {
     for (const StyledCurve& curve : curves_) {
       if (curve.Curve->Role == role) return curve.Curve;
     }
@@ -120,8 +121,8 @@ class Picture {
   }
 
   void DrawBand() {
-    const Series* upper = Bound(Series::Role::UpperBound);
-    const Series* lower = Bound(Series::Role::LowerBound);
+    const Series* upper = Bound(SeriesRole::UpperBound);
+    const Series* lower = Bound(SeriesRole::LowerBound);
     if (upper == nullptr || lower == nullptr) return;
     auto areas = frame_.Runs(*upper);
     const auto floors = frame_.Runs(*lower);
@@ -134,7 +135,7 @@ class Picture {
     page_.EndGroup();
   }
 
-  void DrawLines(enum Series::Role role) {
+  void DrawLines(SeriesRole role) {
     for (const StyledCurve& curve : curves_) {
       if (curve.Curve->Role != role || !curve.Style.Line) continue;
       page_.BeginGroup("curve");
@@ -147,6 +148,15 @@ class Picture {
       }
       page_.EndGroup();
     }
+  }
+
+  /// How wide the bins of observed curves are; gives where that ends.
+  double DrawInterval(double top) {
+    const auto observed = [](const StyledCurve& curve) { return curve.Curve->Role == SeriesRole::Empirical; };
+    if (std::none_of(curves_.begin(), curves_.end(), observed)) return top;
+    const double baseline = top + kLineFeed * kSmallText;
+    page_.Text({kEdge, baseline}, "Empirical interval: " + ZeroedNumber(double{plot_.EmpiricalInterval}, 1, 2), {});
+    return baseline;
   }
 
   void DrawMarkers() {

@@ -52,18 +52,20 @@ struct CurvePoint {
   float Y = 0;
 };
 
+/// What a curve is in its picture.
+enum class SeriesRole {
+  Model,
+  Empirical,
+  /// A bound of the confidence band.
+  UpperBound,
+  LowerBound,
+  /// Half-score zones and the line of probability 0.5: dashed.
+  Guide,
+};
+
 /// One curve.
 struct Series {
-  enum class Role {
-    Model,
-    Empirical,
-    /// A bound of the confidence band.
-    UpperBound,
-    LowerBound,
-    /// Half-score zones and the line of probability 0.5: dashed.
-    Guide,
-  };
-  Series::Role Role = Series::Role::Model;
+  SeriesRole Role = SeriesRole::Model;
   std::string Name;
   /// The ordinal category that it is of, for series of categories.
   std::optional<std::int32_t> Category;

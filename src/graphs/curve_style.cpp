@@ -50,14 +50,14 @@ CurveStyle EmpiricalStyle(std::int32_t look, bool smoothed, GraphKind kind, Join
 CurveStyle StyleOf(const Series& series, std::int32_t ordinal, GraphKind kind, JoinMode join) {
   const std::int32_t look = series.Category.value_or(ordinal);
   switch (series.Role) {
-    case Series::Role::Empirical:
+    case SeriesRole::Empirical:
       return EmpiricalStyle(look, series.Smoothed, kind, join);
-    case Series::Role::UpperBound:
-    case Series::Role::LowerBound:
+    case SeriesRole::UpperBound:
+    case SeriesRole::LowerBound:
       return {Stroke{kBandLine, kThinLine, {}}, {}};
-    case Series::Role::Guide:
+    case SeriesRole::Guide:
       return {Stroke{kBlack, kThinLine, kGuideDash}, {}};
-    case Series::Role::Model:
+    case SeriesRole::Model:
       break;
   }
   return ModelStyle(look, kind);

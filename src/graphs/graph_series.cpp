@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int32_t kMostSmoothed = 10;
 
-using SeriesRole = enum Series::Role;
+using SeriesRole = SeriesRole;
 
 /// Collects the series of one picture.
 class SeriesBuilder {

@@ -297,7 +297,7 @@ CurvePlot SamplePlot(GraphKind kind) {
   return plot;
 }
 
-Series Curve(enum Series::Role role, const std::string& name, const std::vector<std::optional<CurvePoint>>& points) {
+Series Curve(SeriesRole role, const std::string& name, const std::vector<std::optional<CurvePoint>>& points) {
   Series series;
   series.Role = role;
   series.Name = name;
@@ -307,8 +307,8 @@ Series Curve(enum Series::Role role, const std::string& name, const std::vector<
 
 TEST(CurvePicture, DrawsTheCurvesThatTheAxesShow) {
   CurvePlot plot = SamplePlot(GraphKind::ExpectedScore);
-  plot.Curves = {Curve(Series::Role::Model, "model", {CurvePoint{-9, -1}, CurvePoint{9, 2}}),
-                 Curve(Series::Role::Empirical, "observed",
+  plot.Curves = {Curve(SeriesRole::Model, "model", {CurvePoint{-9, -1}, CurvePoint{9, 2}}),
+                 Curve(SeriesRole::Empirical, "observed",
                        {CurvePoint{-3, 0.2F},
                         CurvePoint{-2, 0.3F},
                         {},
@@ -318,8 +318,8 @@ TEST(CurvePicture, DrawsTheCurvesThatTheAxesShow) {
                         CurvePoint{3, 0.7F},
                         CurvePoint{4, 0.8F},
                         CurvePoint{5, 3}}),
-                 Curve(Series::Role::UpperBound, "upper", {CurvePoint{-3, 0.4F}, CurvePoint{4, 1.4F}}),
-                 Curve(Series::Role::LowerBound, "lower", {CurvePoint{-3, 0.1F}, CurvePoint{4, 0.7F}})};
+                 Curve(SeriesRole::UpperBound, "upper", {CurvePoint{-3, 0.4F}, CurvePoint{4, 1.4F}}),
+                 Curve(SeriesRole::LowerBound, "lower", {CurvePoint{-3, 0.1F}, CurvePoint{4, 0.7F}})};
   const auto drawn = [&](JoinMode join, const std::string& name, const std::string& group) {
     return Named(Parse(CurvePicture(plot, join, "logits")), name, group);
   };
@@ -362,7 +362,7 @@ TEST(CurvePicture, StaysReadableWhateverItHolds) {
     plot.Y.Divisions = static_cast<std::int32_t>(random());
     const int curves = round % 10 == 0 ? 600 : round % 14;
     for (int k = 0; k < curves; ++k) {
-      Series series = Curve(static_cast<enum Series::Role>(random() % 5), RandomBytes(random, 90) + ": 7", {});
+      Series series = Curve(static_cast<SeriesRole>(random() % 5), RandomBytes(random, 90) + ": 7", {});
       if (random() % 2 == 0) series.Category = static_cast<std::int32_t>(random());
       for (int i = 0; i < 40; ++i) {
         series.Points.emplace_back(CurvePoint{static_cast<float>(i) / 4 - 5, static_cast<float>(random() % 100) / 99});
