@@ -59,6 +59,7 @@ void JmlePass(benchmark::State& state) {
     for (const Observation& obs : ObservationPass(b.Store, b.A, b.Control, b.Silence)) {
       if (TakesPart(obs.Status)) pass.Add(obs);
     }
+    pass.Finish();
     return sums[{1}].ExpectedScore;
   });
 }

@@ -13,14 +13,6 @@ void PackObservation(const ObservationRecord& record, unsigned char* bytes) {
   std::memcpy(bytes + 8, &record.ObsResponse, 2);
 }
 
-ObservationRecord UnpackObservation(const unsigned char* bytes) {
-  ObservationRecord record;
-  std::memcpy(&record.ObsCell.value, bytes, 4);
-  std::memcpy(&record.Replication, bytes + 4, 4);
-  std::memcpy(&record.ObsResponse, bytes + 8, 2);
-  return record;
-}
-
 namespace {
 
 std::int32_t PositionWidth(std::int32_t elementCount) {
@@ -48,17 +40,6 @@ void ElementLayout::Pack(const ElementIndex* elements, unsigned char* bytes) con
     const std::int32_t element = elements[slot.At].value;
     auto place = static_cast<std::uint32_t>(element > 0 ? element - slot.FirstElement + 1 : 0);
     for (std::int32_t i = 0; i < slot.Width; ++i, place >>= 8) *bytes++ = static_cast<unsigned char>(place);
-  }
-}
-
-void ElementLayout::Unpack(const unsigned char* bytes, ElementIndex* elements) const {
-  for (const Slot& slot : slots_) {
-    std::uint32_t place = bytes[0];
-    if (slot.Width > 1) place |= std::uint32_t{bytes[1]} << 8;
-    if (slot.Width > 2) place |= std::uint32_t{bytes[2]} << 16;
-    if (slot.Width > 3) place |= std::uint32_t{bytes[3]} << 24;
-    bytes += slot.Width;
-    elements[slot.At].value = place == 0 ? 0 : static_cast<std::int32_t>(place) + slot.FirstElement - 1;
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "state/facets.h"
@@ -20,7 +21,13 @@ struct ObservationRecord {
 
 constexpr std::int32_t kObservationRecordLength = 10;
 void PackObservation(const ObservationRecord& record, unsigned char* bytes);
-ObservationRecord UnpackObservation(const unsigned char* bytes);
+inline ObservationRecord UnpackObservation(const unsigned char* bytes) {
+  ObservationRecord record;
+  std::memcpy(&record.ObsCell.value, bytes, 4);
+  std::memcpy(&record.Replication, bytes + 4, 4);
+  std::memcpy(&record.ObsResponse, bytes + 8, 2);
+  return record;
+}
 
 /// The element record: for each position the element's place in its facet (0 for none), in as few bytes as the facet's
 /// size allows, low byte first. So records are as short as the facets allow.
@@ -34,7 +41,16 @@ class ElementLayout {
 
   /// `elements[p - 1]` is the record index in position p, 0 for none.
   void Pack(const ElementIndex* elements, unsigned char* bytes) const;
-  void Unpack(const unsigned char* bytes, ElementIndex* elements) const;
+  void Unpack(const unsigned char* bytes, ElementIndex* elements) const {
+    for (const Slot& slot : slots_) {
+      std::uint32_t place = bytes[0];
+      if (slot.Width > 1) place |= std::uint32_t{bytes[1]} << 8;
+      if (slot.Width > 2) place |= std::uint32_t{bytes[2]} << 16;
+      if (slot.Width > 3) place |= std::uint32_t{bytes[3]} << 24;
+      bytes += slot.Width;
+      elements[slot.At].value = place == 0 ? 0 : static_cast<std::int32_t>(place) + slot.FirstElement - 1;
+    }
+  }
 
  private:
   struct Slot {

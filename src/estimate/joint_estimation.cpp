@@ -200,6 +200,7 @@ void JointEstimation::JmlePass() {
     if (subsets_.Active()) subsets_.ScanObservation(obs);
     sums.Add(obs);
   }
+  sums.Finish();
 }
 
 void JointEstimation::KeepFirstTotals() {

@@ -31,4 +31,41 @@ const std::array<double, kTableSize> kPowers = {
     0x1.f7bfdad9cbe14p+0, 0x1.fa7c1819e90d8p+0, 0x1.fd3c22b8f71f1p+0,
 };
 
+// clang-format off
+const std::array<double, kTableSize> kRemainders = {
+    0x0.0p+0, 0x1.b3b4f1a88bf6ep-54, -0x1.160139cd8dc5dp-56, -0x1.05e7a108766d1p-54, 0x1.cd2523567f613p-55,
+    -0x1.bce8023f98efap-55, 0x1.0f74e61e6c861p-57, 0x1.0a3e45b33d399p-54, 0x1.79aa65d837b6dp-54,
+    0x1.eb51a92fdeffcp-55, 0x1.ebe3d702f9cd1p-60, -0x1.a033489906e0bp-57, -0x1.556522a2fbd0ep-54,
+    -0x1.080ef8c4eea55p-58, -0x1.1c923b9d5f416p-54, 0x1.0d3e3e95c55afp-55, -0x1.01b15eaa59348p-55,
+    -0x1.f1ff055de323dp-55, 0x1.b898c3f1353bfp-55, -0x1.6d99c7611eb26p-54, 0x1.aecf73e3a2f60p-54,
+    -0x1.fe782cb86389dp-55, 0x1.a6f4144a6c38dp-55, 0x1.07a05b0e4047dp-55, 0x1.68efde3a8a894p-54,
+    0x1.75e18f274487dp-55, 0x1.0472b981fe7f2p-55, -0x1.6b87b3f71085ep-54, 0x1.2f7e16d09ab31p-55,
+    -0x1.d219b1a6fbffap-60, 0x1.b3782720c0ab4p-55, 0x1.e149289cecb8fp-57, 0x1.34d754db0abb6p-55,
+    0x1.64201e2ac744cp-55, 0x1.fdd395dd3f84ap-55, -0x1.6a3803b8e5b04p-55, -0x1.24aedcc4b5068p-54,
+    -0x1.907f81b512d8ep-54, -0x1.1d1e83e9436d2p-56, -0x1.91919b3ce1b15p-54, 0x1.59f48a72a4c6dp-55,
+    -0x1.312607a28698ap-54, -0x1.8a78f4817895bp-58, -0x1.c2c9b67499a1bp-56, 0x1.363ed60c2ac11p-59,
+    0x1.666093b0664efp-54, 0x1.ecce1daa10379p-57, 0x1.3ff8e3f0f1230p-54, 0x1.690cebb7aafb0p-56, 0x1.31dbdeb54e077p-54,
+    -0x1.f94340071a38ep-55, -0x1.7deccdc93a349p-55, -0x1.8dec6bd0f385fp-56, -0x1.61246ec7b5cf6p-55,
+    0x1.3350518fdd78ep-54, 0x1.b98b72f8a9b05p-56, 0x1.063e1e21c5409p-54, 0x1.4c7855019c6eap-60, 0x1.432e62b64c035p-54,
+    -0x1.ce44a6199769fp-55, -0x1.c33c53bef4da8p-55, -0x1.45378892be9aep-55, -0x1.3cedd78565858p-54,
+    0x1.710aa807e1964p-58, -0x1.3b3efbf5e2228p-54, -0x1.a12ad8734b982p-57, -0x1.367efb86da9eep-57,
+    -0x1.0dc3d54e08851p-55, -0x1.81f647e5a3ecfp-56, -0x1.6ee4ac08b7db0p-55, -0x1.619321e55e68ap-55,
+    0x1.09ccb5e09d4d3p-54, -0x1.b32dcb94da51dp-56, 0x1.4ecfd5467c06bp-54, 0x1.5ebe1abd66c55p-57,
+    -0x1.8a1c52fb3cf42p-55, -0x1.369b6f13b3734p-54, -0x1.05e843a19ff1ep-55, -0x1.4d450d872576ep-54,
+    0x1.0ad675b0e8a00p-54, 0x1.db72fc1f0eab4p-55, -0x1.5b6609cc5e7ffp-57, 0x1.bf68359f35f44p-56,
+    -0x1.3091fa71e3d83p-54, -0x1.da9b88b6c1e29p-58, -0x1.c23f97c90b959p-57, -0x1.2434322f4f9aap-54,
+    -0x1.5ca6cd7668e4bp-55, 0x1.1affc2b91ce27p-56, 0x1.dd235e10a73bbp-57, -0x1.7c50422622263p-55,
+    0x1.b1c86e3e231d5p-55, -0x1.1bbd1d3bcbb15p-54, 0x1.0cc319cee31d2p-54, 0x1.469846e735ab3p-55,
+    -0x1.2dfcd978e9db4p-55, 0x1.c1a7792cb3387p-55, -0x1.07b8f4ad1d9fap-54, -0x1.5c3d956dcaebap-58,
+    -0x1.0a40e3da6f640p-54, -0x1.8d6f438ad9334p-57, -0x1.1eee26b588a35p-54, 0x1.4ffd70a5fddcdp-56,
+    -0x1.1bdfbfa9298acp-54, 0x1.36eae30af0cb3p-56, 0x1.ee3325c9ffd94p-55, 0x1.4e08fd10959acp-55,
+    0x1.3cdaf384e1a67p-57, 0x1.76b2c6c921968p-57, -0x1.08a1883ccb5d2p-55, -0x1.fad5d3ffffa6fp-55,
+    -0x1.00dae3875a949p-54, 0x1.4a385a63d07a7p-56, -0x1.2919e2040220fp-55, 0x1.e5a50d5c192acp-55,
+    0x1.43a59ac016b4bp-55, -0x1.2d52107b43e1fp-55, -0x1.92ab93b470dc9p-55, 0x1.4b604603a88d3p-56,
+    0x1.3c5ec519d7271p-55, -0x1.ff7128fd391f0p-55, -0x1.dae98e223747dp-55, 0x1.ec3bc41aa2008p-55,
+    0x1.42b94c3a9eb32p-55, 0x1.a64a931d185eep-55, -0x1.e37bae43be3edp-55, 0x1.7893b4d91cd9dp-56,
+    0x1.305c14160cc89p-58,
+};
+// clang-format on
+
 }  // namespace tessaly::exponential
