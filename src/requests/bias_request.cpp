@@ -1,6 +1,8 @@
 #include "requests/bias_request.h"
 
 #include <algorithm>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -100,10 +102,16 @@ void ReadSettings(const RequestOptions& options, Settings& settings) {
 class PlotFile {
  public:
   PlotFile(const RequestOptions& options, const RequestOutput& output, SessionState& session)
-      : sheets_{options.YesNo("plot13", true), options.YesNo("plot14", false)}, session_(session) {
+      : sheets_{options.YesNo("plot13", true), options.YesNo("plot14", false)},
+        output_(output),
+        clock_(session.Host.clock) {
     const auto name = options.Text("plotfile");
+    const bool anySheet = sheets_.Terms || sheets_.Pairs;
+    if (!name && (options.Given("plot13") || options.Given("plot14")) && anySheet)
+      Refuse("the plots of plot13= and plot14= need a file. Please add plotfile=NAME");
     if (!name) return;
     if (name->empty()) Refuse("plotfile= has no name. Please give the name of a file");
+    if (!anySheet) Refuse("nothing is left for plotfile=. Please select plot13=yes or plot14=yes");
     name_ = Replaced(*name, '\\', '/');
     output.RefuseTaken(name_);
     if (SameFile(name_, Replaced(options.Text("file").value_or(""), '\\', '/')))
@@ -113,21 +121,22 @@ class PlotFile {
   bool Wanted() const { return !name_.empty(); }
 
   void WriteInto(std::vector<BiasRunRequest>& runs, const std::function<void()>& makeRuns) const {
-    TextOutput file(name_);
+    std::optional<TextOutput> file;
+    output_.Attempt(name_, [&] { file.emplace(name_); });
     for (BiasRunRequest& run : runs) {
       run.Plots = sheets_;
-      run.PlotFile = &file;
-      run.RunDate = session_.Host.clock.RunDate();
+      run.PlotFile = &*file;
+      run.RunDate = clock_.RunDate();
     }
     makeRuns();
-    file.Close();
-    session_.Files.push_back({"Bias/Interaction plots", name_});
-    session_.Host.console.ShowMessage("Bias/Interaction plots = " + name_);
+    output_.Attempt(name_, [&] { file->Close(); });
+    output_.Written(name_, "Bias/Interaction plots");
   }
 
  private:
   BiasPlotSheets sheets_;
-  SessionState& session_;
+  const RequestOutput& output_;
+  Clock& clock_;
   std::string name_;
 };
 

@@ -10,6 +10,8 @@ namespace tessaly {
 
 namespace {
 
+constexpr std::string_view kBlanks = " \t";
+
 /// The parts of a line that is being typed.
 struct Typed {
   std::string Verb;
@@ -18,10 +20,10 @@ struct Typed {
 };
 
 Typed PartsOf(std::string_view line) {
-  line = TrimLeft(line);
-  const std::size_t verbEnd = line.find(' ');
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+  const std::size_t verbEnd = line.find_first_of(kBlanks);
   if (verbEnd == std::string_view::npos) return {{}, std::string(line)};
-  return {LowerAscii(line.substr(0, verbEnd)), std::string(line.substr(line.rfind(' ') + 1))};
+  return {LowerAscii(line.substr(0, verbEnd)), std::string(line.substr(line.find_last_of(kBlanks) + 1))};
 }
 
 std::vector<std::string> ValuesOf(const OptionInfo& option, const Analysis& analysis) {

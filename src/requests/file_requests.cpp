@@ -103,7 +103,7 @@ void RequestGraphFile(SessionState& session, const RequestOptions& options) {
 }
 
 void RequestResidualFile(SessionState& session, const RequestOptions& options) {
-  const RequestOutput output(options, session);
+  const RequestOutput output(options, session, RequestOutput::Workbooks::AsText);
   ReadSeparators(options, session.A.Settings);
   const ResidualRows rows = RowsOf(options);
   ReadResponseFields(options, session);
@@ -114,7 +114,7 @@ void RequestResidualFile(SessionState& session, const RequestOptions& options) {
 
 void RequestScoreFile(SessionState& session, const RequestOptions& options) {
   Settings& settings = session.A.Settings;
-  const RequestOutput output(options, session);
+  const RequestOutput output(options, session, RequestOutput::Workbooks::AsText);
   const std::vector<FacetNumber> facets = options.FacetsOrAll("facets");
   if (facets.empty()) throw Refusal{"Score file: Please check Facet"};
   ReadSeparators(options, settings);

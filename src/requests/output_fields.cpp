@@ -21,6 +21,14 @@ constexpr std::array<std::string_view, 28> kScoreFields = {
     "Status",     "Group",    "Weight",   "Sign",     "InfChiSqu", "Infitdf",  "InfPr2s",
     "OutfChiSqu", "Outfitdf", "OutfPr2s", "E-Number", "E-Label",   "F-Number", "F-Label"};
 
+/// Headings that score files have by the settings, and the fields that they are.
+constexpr std::array<std::array<std::string_view, 2>, 6> kOtherHeadings = {{{"T.Score", "Score"},
+                                                                            {"T.Count", "Count"},
+                                                                            {"FairMAvge", "FairAvge"},
+                                                                            {"FairZAvge", "FairAvge"},
+                                                                            {"PtBis", "PtMea"},
+                                                                            {"PtBisI", "PtMea"}}};
+
 /// In the order of the characters of `ResponseFields`, of which one is no field.
 constexpr std::array<std::string_view, 15> kResponseFields = {"Obs",     "Stp", "Exp",    "Res",     "Var",
                                                               "StRes",   "Wt",  "LProb",  "Measure", "E-Number",
@@ -34,9 +42,18 @@ std::string Bare(std::string_view name) {
   return bare;
 }
 
+/// `item` without what does not count, whichever of its headings it is.
+std::string FieldName(std::string_view item) {
+  std::string name = Bare(item);
+  for (const auto& [heading, field] : kOtherHeadings)
+    if (Bare(heading) == name) return Bare(field);
+  return name;
+}
+
 std::size_t PlaceOf(std::string_view item, std::span<const std::string_view> names) {
+  const std::string wanted = FieldName(item);
   const auto found = std::find_if(names.begin(), names.end(),
-                                  [&](std::string_view name) { return !name.empty() && Bare(name) == Bare(item); });
+                                  [&](std::string_view name) { return !name.empty() && Bare(name) == wanted; });
   if (found != names.end()) return static_cast<std::size_t>(found - names.begin());
   std::vector<std::string_view> known;
   std::copy_if(names.begin(), names.end(), std::back_inserter(known), [](auto name) { return !name.empty(); });

@@ -27,8 +27,14 @@ std::string OtherProgram(std::size_t program) {
   return {};
 }
 
+bool NamesWorkbook(const std::string& fileName) {
+  const std::string extension = ExtensionOf(fileName);
+  return extension == ".xls" || extension == ".xlsx";
+}
+
 std::size_t ProgramOf(const std::string& fileName) {
   const std::string extension = ExtensionOf(fileName);
+  if (NamesWorkbook(fileName)) return kExcel;
   if (extension == ".sav") return kSpss;
   if (extension == ".rdata" || extension == ".rda") return kR;
   return kScreen;
@@ -56,13 +62,16 @@ class WarningConsole : public QuietConsole {
 
 }  // namespace
 
-RequestOutput::RequestOutput(const RequestOptions& options, SessionState& session) : session_(session) {
+RequestOutput::RequestOutput(const RequestOptions& options, SessionState& session, Workbooks workbooks)
+    : session_(session) {
   const auto program = options.Choice("to", {"screen", "temporary", "excel", "spss", "r"});
   if (program && options.Given("file")) throw Refusal{"file= and to= name two destinations. Please give one of them"};
   if (const auto name = options.Text("file")) {
     file_ = Replaced(*name, '\\', '/');
     if (file_.empty()) throw Refusal{"file= has no name. Please give the name of a file"};
-    if (const std::string refusal = OtherProgram(ProgramOf(file_)); !refusal.empty()) throw Refusal{refusal};
+    const bool asText = workbooks == Workbooks::AsText && NamesWorkbook(file_);
+    const std::string refusal = asText ? std::string() : OtherProgram(ProgramOf(file_));
+    if (!refusal.empty()) throw Refusal{refusal};
     kind_ = Kind::Permanent;
     RefuseTaken(file_);
   } else if (program) {
@@ -85,8 +94,7 @@ std::string RequestOutput::Name(std::string_view prefix, std::string_view extens
 }
 
 OutputDestination RequestOutput::Labels() const {
-  const std::string extension = ExtensionOf(file_);
-  return extension == ".xls" || extension == ".xlsx" ? OutputDestination::Spreadsheet : OutputDestination::Plain;
+  return NamesWorkbook(file_) ? OutputDestination::Spreadsheet : OutputDestination::Plain;
 }
 
 void RequestOutput::Tables(std::string_view prefix, std::string_view label, const WriteTables& write) const {

@@ -17,9 +17,12 @@ namespace tessaly {
 /// The destination that the options `file=` and `to=` name; the screen if neither is given.
 class RequestOutput {
  public:
+  /// Whether a file may be named like a workbook: then it is delimited text whose labels spreadsheets take as text.
+  enum class Workbooks { Refused, AsText };
+
   /// Throws `Refusal` for a destination that cannot be had: spreadsheets and statistics programs, and names of files
   /// that the run has read or written.
-  RequestOutput(const RequestOptions& options, SessionState& session);
+  RequestOutput(const RequestOptions& options, SessionState& session, Workbooks workbooks = Workbooks::Refused);
 
   using WriteTables = std::function<void(ReportWriter&, RunControl&, Console&)>;
   using WriteLines = std::function<void(TextOutput&, RunControl&, Console&)>;
@@ -42,14 +45,15 @@ class RequestOutput {
   OutputDestination Labels() const;
   /// Throws `Refusal` if `name` must not be overwritten.
   void RefuseTaken(const std::string& name) const;
+  /// Carries out `write`, and names the file `name` if it throws `Halt`.
+  void Attempt(const std::string& name, const std::function<void()>& write) const;
+  /// Tells that the file `name` is there, and lists it among those of the session.
+  void Written(const std::string& name, std::string_view label) const;
 
  private:
   enum class Kind { Permanent, Temporary, Screen };
 
   void WriteToScreen(const WriteLines& write) const;
-  /// Names the file of a failure.
-  void Attempt(const std::string& name, const std::function<void()>& write) const;
-  void Written(const std::string& name, std::string_view label) const;
 
   SessionState& session_;
   Kind kind_ = Kind::Screen;

@@ -21,6 +21,7 @@ namespace tessaly {
 namespace {
 
 constexpr std::string_view kModify = "modify";
+constexpr std::string_view kShow = "show";
 constexpr std::string_view kShowable[] = {"settings", "files"};
 
 bool AsksForNothing(std::string_view line) {
@@ -30,7 +31,7 @@ bool AsksForNothing(std::string_view line) {
 
 std::vector<std::string_view> KnownWords() {
   std::vector<std::string_view> words = VerbNames();
-  words.insert(words.end(), {"help", "show"});
+  words.insert(words.end(), {"help", kShow});
   return words;
 }
 
@@ -64,6 +65,15 @@ const Verb& CheckRequest(const RequestLine& request) {
   return *verb;
 }
 
+/// What "show" is to show.
+std::string_view ShownBy(const RequestLine& request) {
+  const std::string_view what = request.Words.empty() ? std::string_view() : request.Words.front();
+  const bool known = std::find(std::begin(kShowable), std::end(kShowable), what) != std::end(kShowable);
+  if (known && request.Words.size() == 1 && request.Options.empty()) return what;
+  throw Refusal{"Please write \"show settings\" or \"show files\"." +
+                (what.empty() || known ? "" : Suggestion(what, kShowable))};
+}
+
 void ShowLines(const std::vector<std::string>& lines, Console& console) {
   for (const std::string& line : lines) console.ShowMessage(line);
 }
@@ -74,8 +84,9 @@ void RemoveWithRelatives(const std::string& name) {
   const std::string stem = path.stem().string() + ".";
   std::error_code error;
   std::vector<std::filesystem::path> doomed;
-  for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), error)) {
-    if (entry.path().filename().string().starts_with(stem)) doomed.push_back(entry.path());
+  for (std::filesystem::directory_iterator entry(path.parent_path(), error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (entry->path().filename().string().starts_with(stem)) doomed.push_back(entry->path());
   }
   for (const std::filesystem::path& file : doomed) std::filesystem::remove(file, error);
 }
@@ -110,7 +121,7 @@ bool Session::Carry(std::string_view line) {
 void Session::CarryOut(std::string_view line) {
   const RequestLine request = ReadRequestLine(line);
   if (const auto help = HelpAskedFor(request)) return ShowLines(RequestHelp(*help), state_.Host.console);
-  if (request.Verb == "show") return Show(request.Words.empty() ? std::string() : request.Words.front());
+  if (request.Verb == kShow) return Show(ShownBy(request));
   const Verb& verb = CheckRequest(request);
   const RequestOptions options(request, state_.A);
   if (verb.Name == kModify) return verb.Carry(state_, options);
@@ -120,9 +131,6 @@ void Session::CarryOut(std::string_view line) {
 
 void Session::Show(std::string_view what) {
   if (what == "settings") return ShowLines(SettingsLines(state_.A), state_.Host.console);
-  if (what != "files")
-    throw Refusal{"Please write \"show settings\" or \"show files\"." +
-                  (what.empty() ? "" : Suggestion(what, kShowable))};
   for (const SessionFile& file : state_.Files) state_.Host.console.ShowMessage(file.Label + " = " + file.Path);
   for (const std::string& name : state_.Run.Files) state_.Host.console.ShowMessage("Analysis = " + name);
 }
@@ -133,6 +141,11 @@ std::vector<std::string> Session::Completions(std::string_view line) const {
 
 bool Session::ExpectsFile(std::string_view line) {
   return EndsInFileName(line);
+}
+
+bool EndsSession(std::string_view line) {
+  const std::string word = LowerAscii(TrimBlanks(line));
+  return word == "quit" || word == "exit";
 }
 
 bool AnswerHelp(std::string_view line, Console& console) {
@@ -148,9 +161,14 @@ bool AnswerHelp(std::string_view line, Console& console) {
 
 std::string RequestProblem(std::string_view line) {
   try {
-    if (AsksForNothing(line)) return {};
+    if (AsksForNothing(line) || EndsSession(line)) return {};
     const RequestLine request = ReadRequestLine(line);
-    if (request.Verb != "show" && !HelpAskedFor(request)) CheckRequest(request);
+    if (HelpAskedFor(request)) return {};
+    if (request.Verb == kShow) {
+      ShownBy(request);
+    } else {
+      CheckRequest(request);
+    }
     return {};
   } catch (const Refusal& refusal) {
     return refusal.Text;

@@ -40,6 +40,9 @@ class Session {
   SessionState state_;
 };
 
+/// Whether `line` asks to leave the session, which those who read its lines must heed: "quit" or "exit".
+bool EndsSession(std::string_view line);
+
 /// Answers a request for help, which needs no analysis. False if it is none, or names an unknown request: told.
 bool AnswerHelp(std::string_view line, Console& console);
 

@@ -90,11 +90,12 @@ void RequestTable4(SessionState& session, const RequestOptions& options) {
     throw Refusal{"Table 4: usort=" + QuotedLine(settings.USort) + " asks for no table. Please give an order"};
   output.Tables("T4", "Table 4 (" + settings.USort + ")",
                 [&](ReportWriter& report, RunControl& control, Console& console) {
-                  UnexpectedList& list = session.Run.Unexpected;
-                  if (list.Least() != settings.UnexpectedMin || list.Most() != settings.T4Max)
-                    list = CollectUnexpected(settings.UnexpectedMin, settings.T4Max, session.A, session.Run.Store,
-                                             session.Run.Kernel, control, console);
-                  UnexpectedTables(list, session.A, report, console);
+                  const UnexpectedList& own = session.Run.Unexpected;
+                  if (own.Least() == settings.UnexpectedMin && own.Most() == settings.T4Max)
+                    return UnexpectedTables(own, session.A, report, console);
+                  UnexpectedTables(CollectUnexpected(settings.UnexpectedMin, settings.T4Max, session.A,
+                                                     session.Run.Store, session.Run.Kernel, control, console),
+                                   session.A, report, console);
                 });
 }
 

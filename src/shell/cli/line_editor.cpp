@@ -2,6 +2,8 @@
 
 #include <editline/readline.h>
 
+#include <langinfo.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -20,8 +22,9 @@ constexpr int kRememberedLines = 500;
 constexpr const char* kBlanks = " \t";
 
 LineEditor::Complete completeLine;
-std::function<bool()> isInterrupted;
+std::function<bool()> inputComes;
 std::vector<std::string> words;
+bool lineBegins = false;
 
 /// The library asks for one word after the other, and frees them.
 char* NextWord(const char*, int state) {
@@ -38,15 +41,23 @@ char** CompleteWord(const char* text, int start, int) {
   return words.empty() ? nullptr : rl_completion_matches(text, NextWord);
 }
 
+bool InputWaits() {
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, 0) > 0;
+}
+
 /// The next byte of standard input; -1 at its end and when the line is given up. The library's own reading would go on
 /// after a signal.
 int ReadByte() {
   unsigned char byte = 0;
-  for (;;) {
+  // A Ctrl+D from the time of the last request, when lines were not edited, is a zero in front of this one.
+  const bool typedAhead = std::exchange(lineBegins, false) && InputWaits();
+  while (inputComes()) {
     const ssize_t count = read(STDIN_FILENO, &byte, 1);
-    if (count == 1) return byte;
-    if (count == 0 || errno != EINTR || isInterrupted()) return -1;
+    if (count == 1) return byte == 0 && typedAhead ? -1 : byte;
+    if (count == 0 || errno != EINTR) return -1;
   }
+  return -1;
 }
 
 /// The next character, of one or more bytes by the locale; -1 as for bytes. Bytes that are no character are dropped.
@@ -65,14 +76,18 @@ int ReadCharacter(std::FILE*) {
 
 }  // namespace
 
-LineEditor::LineEditor(Complete complete, std::function<bool()> interrupted, std::string historyFile)
+LineEditor::LineEditor(Complete complete, std::function<bool()> awaitInput, std::string historyFile)
     : historyFile_(std::move(historyFile)) {
   completeLine = std::move(complete);
-  isInterrupted = std::move(interrupted);
-  // Which bytes are a character on this terminal; numbers keep their points.
+  inputComes = std::move(awaitInput);
+  // Which bytes are a character on this terminal; numbers keep their points. Terminals send UTF-8 even where the
+  // environment names no language.
   std::setlocale(LC_CTYPE, "");
+  if (std::string_view(nl_langinfo(CODESET)) == "ANSI_X3.4-1968") std::setlocale(LC_CTYPE, "C.UTF-8");
   rl_getc_function = ReadCharacter;
   rl_readline_name = "tessaly";
+  // The library would send a signal on to the whole process group, and end the script that started the program.
+  rl_catch_signals = 0;
   rl_initialize();
   rl_attempted_completion_function = CompleteWord;
   // An option with its value is one word.
@@ -88,6 +103,9 @@ LineEditor::~LineEditor() {
 }
 
 std::optional<std::string> LineEditor::ReadLine(const std::string& prompt) {
+  // Without the library's signals nobody tells it of another width.
+  rl_resize_terminal();
+  lineBegins = true;
   char* const typed = readline(prompt.c_str());
   if (typed == nullptr) return {};
   std::string line(typed);

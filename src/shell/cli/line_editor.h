@@ -15,9 +15,9 @@ class LineEditor {
   /// The words that may stand in place of the last word of a line.
   using Complete = std::function<std::vector<std::string>(std::string_view line)>;
 
-  /// Gives a line up when `interrupted` says so after a signal. Remembers lines between sessions in `historyFile`,
-  /// unless that is empty or cannot be written.
-  LineEditor(Complete complete, std::function<bool()> interrupted, std::string historyFile);
+  /// Gives a line up when `awaitInput`, which waits for something to read, says no. Remembers lines between sessions in
+  /// `historyFile`, unless that is empty or cannot be written.
+  LineEditor(Complete complete, std::function<bool()> awaitInput, std::string historyFile);
   ~LineEditor();
   LineEditor(const LineEditor&) = delete;
   LineEditor& operator=(const LineEditor&) = delete;

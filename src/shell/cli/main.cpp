@@ -45,8 +45,8 @@ input they are read line by line.
 
 Status lines go to standard output, warnings and failures to standard error.
 Exit status: 0 finished; 1 halted on a reported failure, an output file could not be written, or a request was
-refused or failed; 2 internal failure; 130, 143 stopped by a signal. SIGUSR1 finishes the present iterations. TMPDIR names the folder for
-temporary files, TESSALY_SETTINGS a settings file in place of the user's.
+refused or failed; 2 internal failure; 129, 130, 143 stopped by a signal. SIGUSR1 finishes the present
+iterations. TMPDIR names the folder for temporary files, TESSALY_SETTINGS a settings file in place of the user's.
 )";
 
 void Print(std::FILE* stream, std::string_view text) {
@@ -80,7 +80,10 @@ std::string HistoryFile() {
 bool CarryRequests(const std::vector<std::string>& requests, bool batch, tessaly::Session& session,
                    BatchConsole& console, tessaly::TerminalUser& user) {
   bool allWell = true;
-  for (const std::string& request : requests) allWell &= session.Carry(request);
+  for (const std::string& request : requests) {
+    if (tessaly::EndsSession(request)) return allWell;
+    allWell &= session.Carry(request);
+  }
   if (!batch) allWell &= tessaly::ServeRequests(session, user, console, HistoryFile());
   return allWell;
 }

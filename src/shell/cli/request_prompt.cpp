@@ -3,8 +3,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -21,11 +21,6 @@ namespace {
 
 constexpr int kPatienceMilliseconds = 2000;
 constexpr const char* kPrompt = "tessaly> ";
-
-bool IsQuit(std::string_view line) {
-  const std::string word = LowerAscii(TrimBlanks(line));
-  return word == "quit" || word == "exit";
-}
 
 /// "file=out/ta" with the names that go on so.
 std::vector<std::string> FileCompletions(std::string_view line) {
@@ -44,16 +39,41 @@ std::vector<std::string> FileCompletions(std::string_view line) {
   return words;
 }
 
-/// A line of standard input without its end; nothing at the end of the input and for a signal.
-std::optional<std::string> ReadPipedLine() {
-  std::string line;
-  for (;;) {
-    const int c = std::getchar();
-    if (c == '\n' || (c == EOF && !line.empty())) return line;
-    if (c == EOF) return {};
-    line += static_cast<char>(c);
+/// Lines of standard input.
+class PipedLines {
+ public:
+  explicit PipedLines(const TerminalUser& user) : user_(user) {}
+
+  /// A line without its end; nothing at the end of the input. Throws `Stopped` for a signal: half a line is no request.
+  std::optional<std::string> Next() {
+    std::size_t end = 0;
+    for (std::size_t searched = 0; (end = taken_.find('\n', searched)) == std::string::npos;) {
+      searched = taken_.size();
+      if (Take()) continue;
+      if (taken_.empty()) return {};
+      end = searched;
+      break;
+    }
+    std::string line = taken_.substr(0, end);
+    taken_.erase(0, end + 1);
+    return line;
   }
-}
+
+ private:
+  bool Take() {
+    char block[4096];
+    for (;;) {
+      if (!user_.AwaitInput()) throw Stopped{StopReason::User};
+      const ssize_t count = read(STDIN_FILENO, block, sizeof block);
+      if (count < 0 && errno == EINTR) continue;
+      if (count > 0) taken_.append(block, static_cast<std::size_t>(count));
+      return count > 0;
+    }
+  }
+
+  const TerminalUser& user_;
+  std::string taken_;
+};
 
 /// Whether something comes or ends in the pipe at standard input.
 bool PipeLives() {
@@ -61,14 +81,16 @@ bool PipeLives() {
   return ::poll(&input, 1, kPatienceMilliseconds) > 0;
 }
 
-bool ServePipe(Session& session, TerminalUser& user) {
+bool ServePipe(Session& session, const TerminalUser& user) {
+  const bool lives = PipeLives();
+  if (user.StopSignal() != 0) throw Stopped{StopReason::User};
   bool allWell = true;
-  if (!PipeLives()) return allWell;
-  while (const auto line = ReadPipedLine()) {
-    if (IsQuit(*line)) return allWell;
+  if (!lives) return allWell;
+  PipedLines lines(user);
+  while (const auto line = lines.Next()) {
+    if (EndsSession(*line)) return allWell;
     allWell &= session.Carry(*line);
   }
-  if (user.Poll() == UserRequest::Stop) throw Stopped{StopReason::User};
   return allWell;
 }
 
@@ -96,7 +118,7 @@ bool ServeTerminal(Session& session, TerminalUser& user, Console& console, const
       [&](std::string_view line) {
         return Session::ExpectsFile(line) ? FileCompletions(line) : session.Completions(line);
       },
-      [&] { return user.StopSignal() != 0; }, historyFile);
+      [&] { return user.AwaitInput(); }, historyFile);
   console.ShowMessage("Tables and files of this analysis may be asked for here: \"help\" lists them, \"quit\" ends");
   bool allWell = true;
   for (;;) {
@@ -106,7 +128,7 @@ bool ServeTerminal(Session& session, TerminalUser& user, Console& console, const
       continue;
     }
     if (!line) console.ShowMessage("");
-    if (!line || IsQuit(*line)) return allWell;
+    if (!line || EndsSession(*line)) return allWell;
     allWell &= CarryInterruptibly(*line, session, user, console);
   }
 }

@@ -1,7 +1,9 @@
 #include "shell/cli/terminal_user.h"
 
+#include <poll.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 
 #include "shell/cli/terminal_keys.h"
@@ -28,10 +30,18 @@ void Handle(int signal, void (*handler)(int), int flags) {
   sigaction(signal, &action, nullptr);
 }
 
+constexpr int kStops[] = {SIGINT, SIGTERM, SIGHUP};
+
+bool IsIgnored(int signal) {
+  struct sigaction action = {};
+  sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
 // A second signal ends the program at once, should it be waiting for input that never comes.
 void HandleStops() {
-  Handle(SIGINT, RememberStop, static_cast<int>(SA_RESETHAND));
-  Handle(SIGTERM, RememberStop, static_cast<int>(SA_RESETHAND));
+  for (const int signal : kStops)
+    if (signal != SIGHUP || !IsIgnored(signal)) Handle(signal, RememberStop, static_cast<int>(SA_RESETHAND));
 }
 
 }  // namespace
@@ -76,6 +86,20 @@ std::optional<std::string> TerminalUser::AskKey(std::string_view question) {
   const std::optional<std::string> key = ReadKey();
   std::fwrite("\n", 1, 1, stdout);
   return key;
+}
+
+bool TerminalUser::AwaitInput() const {
+  sigset_t stops;
+  sigset_t before;
+  sigemptyset(&stops);
+  for (const int signal : kStops) sigaddset(&stops, signal);
+  sigprocmask(SIG_BLOCK, &stops, &before);
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  // Signals come in during the call only, so that none falls between the question and the wait.
+  while (stopSignal == 0 && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {
+  }
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  return stopSignal == 0;
 }
 
 void TerminalUser::ForgetStop() {

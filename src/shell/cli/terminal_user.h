@@ -10,8 +10,9 @@
 
 namespace tessaly {
 
-/// Turns signals into requests: SIGINT and SIGTERM stop the analysis in good order, SIGUSR1 finishes the present
-/// iterations. Questions are asked only when standard input and output are a terminal.
+/// Turns signals into requests: SIGINT, SIGTERM and SIGHUP (unless it was ignored: nohup) stop the analysis in good
+/// order, SIGUSR1 finishes the present iterations. Questions are asked only when standard input and output are a
+/// terminal.
 class TerminalUser : public User {
  public:
   TerminalUser();
@@ -21,6 +22,9 @@ class TerminalUser : public User {
   std::optional<std::string> AskKey(std::string_view question) override;
   bool Present() const override { return present_; }
 
+  /// Waits until standard input has something to read or has ended. False for a signal that stops, even one that came
+  /// just before the call: `read` would wait on.
+  bool AwaitInput() const;
   /// The signal that stopped the analysis, 0 for none.
   int StopSignal() const;
   /// Takes the signal back: it was meant for a request, not for the program.

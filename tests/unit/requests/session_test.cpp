@@ -59,6 +59,9 @@ TEST(Session, RefusalsNameTheRemedyAndWriteNothing) {
       {"bias upper=2", "Bias/Interaction: Please check a Facet in lower list"},
       {"bias upper=2 lower=2", "Bias/Interaction: Please check different facets in upper and lower list"},
       {"bias order=fit", "Bias/Interaction: Please select Ascend/Descend"},
+      {"bias plot14=yes", "Bias/Interaction: the plots of plot13= and plot14= need a file. Please add plotfile=NAME"},
+      {"bias plot13=no plotfile=p.txt",
+       "Bias/Interaction: nothing is left for plotfile=. Please select plot13=yes or plot14=yes"},
       {"zandrel columns=2", "Zandrel control & data: Please check a Facet in upper list"},
       {"zandrel rows=1", "Zandrel control & data: Please check a Facet in lower list"},
       {"scorefile facets=", "Score file: Please check Facet"},
@@ -67,6 +70,7 @@ TEST(Session, RefusalsNameTheRemedyAndWriteNothing) {
        "empirical= belongs to kind=probability and kind=expected. Please leave it out"},
       {"table5 to=excel",
        "Excel files cannot be made yet. Please use file=NAME with separator=tab, which a spreadsheet opens"},
+      {"show settings file=s.txt", "Please write \"show settings\" or \"show files\"."},
       {"show setings", "Please write \"show settings\" or \"show files\". Did you mean settings?"},
   };
   for (const auto& [request, text] : refusals) {
@@ -81,8 +85,25 @@ TEST(Session, RefusalsNameTheRemedyAndWriteNothing) {
   const std::string nowhere = session.Folder.Path() + "none/t.txt";
   EXPECT_EQ(session.Shown("table5 file=" + nowhere),
             "[Failure writing output file: " + nowhere + "]\n[Error 2: No such file or directory]\n");
+  EXPECT_EQ(session.Shown("bias plotfile=" + nowhere),
+            "[Failure writing output file: " + nowhere + "]\n[Error 2: No such file or directory]\n");
   EXPECT_EQ(session.Shown("  ; a comment"), "");
   EXPECT_TRUE(session.Well);
+}
+
+TEST(Session, WordsAreCheckedBeforeTheAnalysis) {
+  for (const char* fine : {"", " # a comment", "help table7", "bias help", "show files", "table7 facets=9", " QUIT "})
+    EXPECT_EQ(RequestProblem(fine), "") << fine;
+  for (const char* wrong : {"tabel7", "table7 facet=1", "table7 file=\"a b", "show nothing", "quit now"})
+    EXPECT_NE(RequestProblem(wrong), "") << wrong;
+}
+
+TEST(Session, OtherLimitsOfTable4LeaveTheListOfTheRun) {
+  SessionFixture session(ThreeFacets());
+  const std::string again = "recomputing residuals";
+  const std::string file = " file=" + session.Folder.Path() + "t4.txt";
+  EXPECT_NE(session.Shown("table4 unexpected=1" + file).find(again), std::string::npos);
+  EXPECT_EQ(session.Shown("table4" + file).find(again), std::string::npos);
 }
 
 /// What an analysis has found.
@@ -193,7 +214,11 @@ TEST(Session, FilesAreNamedAsToldAndTemporaryOnesGo) {
     EXPECT_NE(session.Read("scores.3.txt"), "");
     session.Shown("bias barchart=no table13=no table14=no plotfile=" + session.Folder.Path() +
                   "plot.txt file=" + session.Folder.Path() + "b.txt");
+    session.Shown("bias barchart=no table13=no table14=no plotfile=" + session.Folder.Path() + "plot.txt");
     EXPECT_EQ(session.Read("plot.txt").substr(0, 19), "2020-02-29 12:00:00");
+    const std::string listed = session.Shown("show files");
+    EXPECT_NE(listed.find("plot.txt"), std::string::npos);
+    EXPECT_EQ(listed.find("plot.txt"), listed.rfind("plot.txt"));
     EXPECT_EQ(session.Read("b.txt").find("Table 13"), std::string::npos);
     session.Shown("table7 to=temporary");
     session.Shown("scorefile to=temporary");
@@ -211,6 +236,9 @@ TEST(Session, DefaultFieldsGoIntoTheSettingsFile) {
   SessionFixture session(ThreeFacets());
   session.Folder.Write("settings.ini", "");
   EXPECT_NE(session.Shown("scorefile fields=Measure,F-Label default=yes").find("Default done"), std::string::npos);
+  EXPECT_EQ(session.Shown("scorefile fields=T.Score,T.Count,FairMAvge,PtMea,PtBis"),
+            session.Shown("scorefile fields=score,count,fairavge,ptmea"));
+  EXPECT_TRUE(session.Well);
   session.Shown("residualfile fields=Res decimals=4 default=yes");
   EXPECT_EQ(session.Read("settings.ini"),
             "Score selection = NNNNYNNNNNNNNNNNNNNNNNNNNNNY\nyni selection = NNNYNNNNNNN4NNN\n");
@@ -222,6 +250,7 @@ TEST(Session, CompletesVerbsOptionsAndValues) {
   using Words = std::vector<std::string>;
   EXPECT_EQ(session.Requests->Completions("tab"), (Words{"table4", "table5", "table6", "table7", "table8"}));
   EXPECT_EQ(session.Requests->Completions("table7 o"), (Words{"order="}));
+  EXPECT_EQ(session.Requests->Completions("\ttable7\to"), (Words{"order="}));
   EXPECT_EQ(session.Requests->Completions("table7 order=measure,l"), (Words{"order=measure,label"}));
   EXPECT_EQ(session.Requests->Completions("table7 facets="), (Words{"facets=1", "facets=2", "facets=3"}));
   EXPECT_EQ(session.Requests->Completions("curves scale=1 kind=cu"), (Words{"kind=cumulative"}));
