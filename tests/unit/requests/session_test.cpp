@@ -222,7 +222,8 @@ TEST(Session, FilesAreNamedAsToldAndTemporaryOnesGo) {
     EXPECT_EQ(session.Read("b.txt").find("Table 13"), std::string::npos);
     session.Shown("table7 to=temporary");
     session.Shown("scorefile to=temporary");
-    for (const std::string_view line : SplitAt(session.Shown("show files"), '\n')) {
+    const std::string all = session.Shown("show files");
+    for (const std::string_view line : SplitAt(all, '\n')) {
       const std::string path(line.substr(std::min(line.rfind("= ") + 2, line.size())));
       if (!path.empty() && !path.starts_with(session.Folder.Path())) temporary.insert(path);
     }
