@@ -51,8 +51,8 @@ class Picture {
     PlaceFrame(plotTop);
     page_.Rect(frame_.Box, kWhite, kAxisStroke);
     DrawBand();
-    for (const auto role : {SeriesRole::Guide, SeriesRole::Model, SeriesRole::UpperBound,
-                            SeriesRole::LowerBound, SeriesRole::Empirical})
+    for (const auto role :
+         {SeriesRole::Guide, SeriesRole::Model, SeriesRole::UpperBound, SeriesRole::LowerBound, SeriesRole::Empirical})
       DrawLines(role);
     DrawCurveLabels(page_, plot_, frame_);
     DrawMarkers();

@@ -17,8 +17,8 @@ class ScoreBlock {
  public:
   static constexpr std::size_t kCapacity = 256;
 
-  /// Reads steps and anchors of `scales`, which may not change as long as the block is in use. `probe` (logit): where, below its measure, the expected
-  /// category of an observation is met a second time; 0 for nowhere.
+  /// Reads steps and anchors of `scales`, which may not change as long as the block is in use. `probe` (logit): where,
+  /// below its measure, the expected category of an observation is met a second time; 0 for nowhere.
   ScoreBlock(const ScaleTables& scales, float hardwareExponent, float probe);
 
   bool Full() const { return size_ == kCapacity; }
