@@ -30,7 +30,7 @@ ElementLayout::ElementLayout(const FacetTable& facets, const FieldMap& fields) :
     const Facet& facet = facets[fields.Positions[position].PositionFacet];
     const std::int32_t width = PositionWidth(facet.FacetElementCount);
     if (width == 0) continue;
-    slots_.push_back({position.value - 1, width, facet.FacetFirstElement.value});
+    slots_.push_back({position.value - 1, length_, width, facet.FacetFirstElement.value});
     length_ += width;
   }
 }
@@ -40,6 +40,14 @@ void ElementLayout::Pack(const ElementIndex* elements, unsigned char* bytes) con
     const std::int32_t element = elements[slot.At].value;
     auto place = static_cast<std::uint32_t>(element > 0 ? element - slot.FirstElement + 1 : 0);
     for (std::int32_t i = 0; i < slot.Width; ++i, place >>= 8) *bytes++ = static_cast<unsigned char>(place);
+  }
+}
+
+void ElementLayout::Unpack(const unsigned char* bytes, ElementIndex* elements) const {
+  for (const Slot& slot : slots_) {
+    std::uint32_t place = 0;
+    std::memcpy(&place, bytes + slot.Offset, static_cast<std::size_t>(slot.Width));
+    elements[slot.At].value = place == 0 ? 0 : static_cast<std::int32_t>(place) + slot.FirstElement - 1;
   }
 }
 

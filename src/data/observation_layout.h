@@ -41,24 +41,20 @@ class ElementLayout {
 
   /// `elements[p - 1]` is the record index in position p, 0 for none.
   void Pack(const ElementIndex* elements, unsigned char* bytes) const;
-  void Unpack(const unsigned char* bytes, ElementIndex* elements) const {
-    for (const Slot& slot : slots_) {
-      std::uint32_t place = bytes[0];
-      if (slot.Width > 1) place |= std::uint32_t{bytes[1]} << 8;
-      if (slot.Width > 2) place |= std::uint32_t{bytes[2]} << 16;
-      if (slot.Width > 3) place |= std::uint32_t{bytes[3]} << 24;
-      bytes += slot.Width;
-      elements[slot.At].value = place == 0 ? 0 : static_cast<std::int32_t>(place) + slot.FirstElement - 1;
-    }
-  }
+  void Unpack(const unsigned char* bytes, ElementIndex* elements) const;
 
- private:
+  /// A position whose facet has elements. Its bytes hold the place in the facet, from 1; 0 for none.
   struct Slot {
+    /// From 0, as the following.
     std::int32_t At;
+    std::int32_t Offset;
     std::int32_t Width;
     std::int32_t FirstElement;
   };
+  /// In the order of positions.
+  const std::vector<Slot>& Slots() const { return slots_; }
 
+ private:
   std::vector<Slot> slots_;
   std::int32_t length_ = 0;
   std::int32_t positions_ = 0;

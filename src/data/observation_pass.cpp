@@ -1,7 +1,6 @@
 #include "data/observation_pass.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace tessaly {
 
@@ -14,153 +13,92 @@ constexpr std::int64_t kMarksPerPass = 50;
 
 ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control,
                                  Console& console, FacetMeans means)
-    : store_(store),
-      elements_(analysis.Elements),
-      models_(analysis.Models),
-      control_(control),
+    : control_(control),
       console_(console),
-      takeOffMeans_(means == FacetMeans::TakeOff),
+      reader_(store, analysis),
+      block_(reader_.Positions()),
       marksEvery_(std::max<std::int64_t>(store.ValidResponses() / kMarksPerPass, 1)) {
-  const ScaleTables& scales = analysis.Scales;
-  const bool prepared = scales.CategoryOrdinal.Categories() > 0;
-  if (!prepared) {
-    rawOrdinals_.resize(static_cast<std::size_t>(std::max<std::int32_t>(scales.RawCategoryLimit, 1)) + 1);
-    std::iota(rawOrdinals_.begin(), rawOrdinals_.end(), std::int16_t{0});
-  }
-  for (const ModelCell& cell : models_.Cells) {
-    const ModelStatement& statement = models_.Statements[cell.CellModel];
-    cells_.push_back({cell.CellModel, cell.CellScale, statement.ModelType,
-                      scales.Scales[cell.CellScale].ScaleTopCategory, statement.ModelWeight,
-                      prepared ? scales.CategoryOrdinal.Row(cell.CellScale) : rawOrdinals_.data()});
-    anyNegative_ = anyNegative_ || statement.HasNegative();
-  }
+  current_.Elements.resize(reader_.Positions());
+  if (means == FacetMeans::Leave) return;
   for (const ActivePosition& position : analysis.Fields.Positions) {
     const Facet& facet = analysis.Facets[position.PositionFacet];
-    positions_.push_back({facet.FacetPositive ? 1.0F : -1.0F, facet.FacetMeanMeasure});
+    means_.push_back(facet.FacetPositive ? facet.FacetMeanMeasure : -facet.FacetMeanMeasure);
   }
-  elementsAtHand_.resize(positions_.size());
-  current_.Elements.resize(positions_.size());
 }
 
-void ObservationPass::StartPass() {
-  console_.ShowProgress(">", false);
+bool ObservationPass::NextBlock(ObservationBlock& block) {
+  Start();
+  if (!reader_.Read(block)) {
+    console_.ShowProgress("<", true);
+    return false;
+  }
+  const std::int64_t behind = block.First + static_cast<std::int64_t>(block.Size);
+  for (std::int64_t n = (block.First + kPollEvery - 1) / kPollEvery * kPollEvery; n < behind; n += kPollEvery) Tick(n);
+  return true;
 }
 
 void ObservationPass::ReadObservation() {
-  if (current_.ObservationIndex == store_.ValidResponses()) {
-    ended_ = true;
-    console_.ShowProgress("<", true);
-    return;
+  if (at_ == block_.Size) {
+    Start();
+    at_ = 0;
+    if (!reader_.Read(block_)) {
+      ended_ = true;
+      console_.ShowProgress("<", true);
+      return;
+    }
   }
-  ++current_.ObservationIndex;
-  Expand(store_.Read(current_.ObservationIndex, elementsAtHand_.data()));
-  Tick();
+  Show(block_, at_++);
+  if (current_.ObservationIndex % kPollEvery == 0) Tick(current_.ObservationIndex);
 }
 
-void ObservationPass::Tick() {
-  if (current_.ObservationIndex % kPollEvery != 0) return;
+void ObservationPass::Start() {
+  if (!started_) console_.ShowProgress(">", false);
+  started_ = true;
+}
+
+void ObservationPass::Tick(std::int64_t observation) {
   control_.Poll();
-  if (current_.ObservationIndex % marksEvery_ < kPollEvery) console_.ShowProgress(".", false);
+  if (observation % marksEvery_ < kPollEvery) console_.ShowProgress(".", false);
 }
 
-void ObservationPass::Expand(const ObservationRecord& record) {
-  const CellFacts& cell = cells_[static_cast<std::size_t>(record.ObsCell.value)];
+const Observation& ObservationPass::Show(const ObservationBlock& block, std::size_t at) {
+  const CellFacts& cell = block.CellOf(at);
   Observation& obs = current_;
-  obs.CurrentCell = record.ObsCell;
+  obs.ObservationIndex = block.First + static_cast<std::int64_t>(at);
+  obs.CurrentCell = block.Cell[at];
   obs.CurrentStatement = cell.Statement;
   obs.CurrentScale = cell.Scale;
   obs.CurrentType = cell.Type;
   obs.CurrentTop = cell.Top;
-  obs.ObsResponse = record.ObsResponse;
-  obs.ObsOrdinal = record.ObsResponse;
-  obs.Replication = record.Replication;
-  obs.ObsWeight = record.Replication * cell.Weight;
-  obs.MeasureSum = 0;
+  obs.ObsResponse = block.Response[at];
+  obs.ObsOrdinal = block.Ordinal[at];
+  obs.Replication = block.Replication[at];
+  obs.ObsWeight = block.Weight[at];
+  obs.MeasureSum = block.Measure[at];
   obs.MeanOffsetSum = 0;
-  obs.Status = ReadStatus::Usable;
-  if (cell.Top < 1) {
-    obs.Status = ReadStatus::CategoryNotInUse;
-  } else if (cell.Type == ModelType::RatingScale) {
-    obs.ObsOrdinal = cell.Ordinals[record.ObsResponse];
-  }
-  const ModelStatement* negatives = nullptr;
-  if (anyNegative_) {
-    negatives = &models_.Statements[cell.Statement];
-    if (negatives->HasNegative()) CancelOpposites(*negatives);
-  }
-  SumMeasures(negatives);
+  obs.Status = block.Status[at];
+  ShowElements(block, at);
+  return obs;
 }
 
-// An element compared with itself says nothing: two positions of opposite sign that hold it cancel out.
-void ObservationPass::CancelOpposites(const ModelStatement& statement) {
-  const auto negative = [&](std::size_t at) { return statement.Negative({static_cast<std::int32_t>(at) + 1}); };
-  for (std::size_t at = elementsAtHand_.size(); at-- > 1;) {
-    for (std::size_t before = 0; before < at; ++before) {
-      ElementIndex& a = elementsAtHand_[at];
-      ElementIndex& b = elementsAtHand_[before];
-      if (a.value == 0 || a != b || negative(at) == negative(before)) continue;
-      a = kNoElement;
-      b = kNoElement;
-    }
+void ObservationPass::ShowElements(const ObservationBlock& block, std::size_t at) {
+  const CellFacts& cell = block.CellOf(at);
+  const ElementIndex* const row = block.Row(at);
+  ObservedElement* const elements = current_.Elements.data();
+  float offsets = 0;
+  for (std::size_t position = block.Positions; position-- > 0;) {
+    ObservedElement& own = elements[position];
+    const ElementFacts& facts = block.Facts->Element(row[position]);
+    own.CurrentElement = row[position];
+    own.Negative = cell.Negative(position);
+    own.CurrentMeasure = own.Negative ? -facts.SignedMeasure : facts.SignedMeasure;
+    own.Status = facts.Status;
+    if (means_.empty() || own.CurrentElement == kNoElement) continue;
+    const float mean = own.Negative ? -means_[position] : means_[position];
+    own.CurrentMeasure -= mean;
+    offsets += mean;
   }
-}
-
-void ObservationPass::SumMeasures(const ModelStatement* negatives) {
-  Observation& obs = current_;
-  ObservedElement* const elements = obs.Elements.data();
-  bool measurable = false;
-  float sum = 0;
-  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
-    ObservedElement& own = elements[at];
-    own.CurrentElement = elementsAtHand_[at];
-    if (own.CurrentElement.value == 0) {
-      own.CurrentMeasure = 0;
-      continue;
-    }
-    own.Status = elements_.ElementStatus[own.CurrentElement];
-    if (Measurable(own.Status)) {
-      measurable = true;
-    } else if (WithoutMeasure(own.Status)) {
-      GiveUp(at);
-      return;
-    } else {
-      CountExtreme();
-    }
-    float sign = positions_[at].Sign;
-    if (negatives != nullptr) {
-      own.Negative = negatives->Negative({static_cast<std::int32_t>(at) + 1});
-      if (own.Negative) sign = -sign;
-    }
-    own.CurrentMeasure = sign * elements_.ElementMeasure[own.CurrentElement];
-    sum += own.CurrentMeasure;
-    if (elements_.WeightsUsed) obs.ObsWeight *= elements_.ElementStats[own.CurrentElement].ElementWeight;
-    if (takeOffMeans_) {
-      const float mean = sign * positions_[at].Mean;
-      own.CurrentMeasure -= mean;
-      obs.MeanOffsetSum += mean;
-    }
-  }
-  obs.MeasureSum = sum;
-  if (!measurable) {
-    if (TakesPart(obs.Status)) obs.Status = ReadStatus::NothingMeasurable;
-  } else if (obs.ObsOrdinal < 0) {
-    obs.Status = ReadStatus::CategoryNotInUse;
-  }
-}
-
-void ObservationPass::CountExtreme() {
-  ReadStatus& status = current_.Status;
-  if (status == ReadStatus::Usable) {
-    status = ReadStatus::OneExtreme;
-  } else if (status == ReadStatus::OneExtreme) {
-    status = ReadStatus::SeveralExtreme;
-  }
-}
-
-// The element at `at` is not in use: the observation counts for nothing, but who looks at it still finds its elements.
-void ObservationPass::GiveUp(std::size_t at) {
-  while (at-- > 0) current_.Elements[at].CurrentElement = elementsAtHand_[at];
-  current_.Status = ReadStatus::ElementNotInUse;
+  current_.MeanOffsetSum = offsets;
 }
 
 }  // namespace tessaly

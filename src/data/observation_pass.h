@@ -5,30 +5,13 @@
 #include <iterator>
 #include <vector>
 
+#include "data/observation_block.h"
 #include "data/observation_store.h"
 #include "state/analysis.h"
 #include "state/run_control.h"
 #include "support/host.h"
 
 namespace tessaly {
-
-/// How an observation counts in the present state of the estimation.
-enum class ReadStatus : std::int16_t {
-  /// All elements are measurable.
-  Usable = 1,
-  OneExtreme = 2,
-  CategoryNotInUse = -1,
-  /// An element is unobserved or unmeasurable.
-  ElementNotInUse = -2,
-  SeveralExtreme = -3,
-  /// No position with a measurable element.
-  NothingMeasurable = -4,
-};
-
-/// Whether passes use an observation of this status.
-constexpr bool TakesPart(ReadStatus status) {
-  return static_cast<std::int16_t>(status) > 0;
-}
 
 /// One element of the observation at hand.
 struct ObservedElement {
@@ -74,9 +57,9 @@ struct Observation {
 /// Whether a pass takes the facets' mean measures off each position's own measure, for fair averages.
 enum class FacetMeans { Leave, TakeOff };
 
-/// An input range over all observations. Marks progress and polls the user every 100th observation, so that reading on
-/// may throw `Stopped` (or `Halt` if a work file fails); nothing else in the loop does. Allocates nothing after it is
-/// made.
+/// All observations, as an input range of single ones or block by block: call either `begin` or `NextBlock`. Marks
+/// progress and polls the user for every 100th observation, so that reading on may throw `Stopped` (or `Halt` if a work
+/// file fails); nothing else in the loop does. Allocates nothing after it is made.
 class ObservationPass {
  public:
   ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control, Console& console,
@@ -102,49 +85,33 @@ class ObservationPass {
 
   /// Begins the pass: call once.
   Iterator begin() {
-    StartPass();
     ReadObservation();
     return Iterator(*this);
   }
   std::default_sentinel_t end() const { return {}; }
 
+  std::int64_t ValidResponses() const { return reader_.ValidResponses(); }
+  std::size_t Positions() const { return reader_.Positions(); }
+  /// Fills `block` with the next observations; gives false behind the last.
+  bool NextBlock(ObservationBlock& block);
+  /// Observation `at` of `block`, from 0, until the next call.
+  const Observation& Show(const ObservationBlock& block, std::size_t at);
+
  private:
-  struct CellFacts {
-    StatementNumber Statement;
-    ScaleNumber Scale;
-    ModelType Type;
-    std::int16_t Top;
-    float Weight;
-    const std::int16_t* Ordinals;
-  };
-  struct PositionFacts {
-    /// 1 where the facet's measures are added, -1 where they are subtracted.
-    float Sign;
-    float Mean;
-  };
-
-  void StartPass();
   void ReadObservation();
-  void Expand(const ObservationRecord& record);
-  void CancelOpposites(const ModelStatement& statement);
-  /// `negatives` is the statement if some statement has positions marked `-`, else null.
-  void SumMeasures(const ModelStatement* negatives);
-  void CountExtreme();
-  void GiveUp(std::size_t at);
-  void Tick();
+  void ShowElements(const ObservationBlock& block, std::size_t at);
+  void Start();
+  void Tick(std::int64_t observation);
 
-  ObservationStore& store_;
-  const ElementTable& elements_;
-  const ModelTables& models_;
   RunControl& control_;
   Console& console_;
-  std::vector<CellFacts> cells_;
-  std::vector<PositionFacts> positions_;
-  /// Ordinals as long as scales have none of their own: raw categories count as they are.
-  std::vector<std::int16_t> rawOrdinals_;
-  std::vector<ElementIndex> elementsAtHand_;
-  bool takeOffMeans_;
-  bool anyNegative_ = false;
+  BlockReader reader_;
+  ObservationBlock block_;
+  /// Place of the current observation in `block_`.
+  std::size_t at_ = 0;
+  /// By position: signed mean measure of its facet (logit), if means are taken off.
+  std::vector<float> means_;
+  bool started_ = false;
   bool ended_ = false;
   std::int64_t marksEvery_ = 1;
   Observation current_;

@@ -7,8 +7,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::int32_t kObservationsPerBlock = 5000;
-constexpr std::int32_t kElementBlockBytes = 64000;
+constexpr std::int32_t kObservationsPerBlock = 8192;
 
 /// A facet table without elements still has records, of one unused byte.
 std::int32_t RecordLength(const ElementLayout& layout) {
@@ -20,7 +19,7 @@ std::int32_t RecordLength(const ElementLayout& layout) {
 ObservationStore::ObservationStore(const std::string& folder, const ElementLayout& layout)
     : layout_(layout),
       observations_(folder, kObservationRecordLength, kObservationsPerBlock),
-      elements_(folder, RecordLength(layout), std::max(kElementBlockBytes / RecordLength(layout), 1)) {}
+      elements_(folder, RecordLength(layout), kObservationsPerBlock) {}
 
 ObservationStore ObservationWriter::Seal() && {
   store_.observations_.Flush();

@@ -1,6 +1,7 @@
 // The stored observations: written once while the data are read, then read pass after pass.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -8,6 +9,13 @@
 #include "data/record_file.h"
 
 namespace tessaly {
+
+/// Neighbouring observations as they are stored.
+struct StoredRun {
+  const unsigned char* Observations;
+  const unsigned char* Elements;
+  std::int64_t Count;
+};
 
 /// All valid observations of an analysis, on disk; one block of each file is in memory.
 class ObservationStore {
@@ -20,6 +28,15 @@ class ObservationStore {
   ObservationRecord Read(std::int64_t number, ElementIndex* elements) {
     layout_.Unpack(elements_.Fetch(number), elements);
     return UnpackObservation(observations_.Fetch(number));
+  }
+
+  /// Observation `number` and what follows it in memory, at most `most` observations (none if that is 0). Holds until
+  /// the next call.
+  StoredRun Fetch(std::int64_t number, std::int64_t most) {
+    if (most == 0) return {nullptr, nullptr, 0};
+    const unsigned char* const observations = observations_.Fetch(number);
+    const unsigned char* const elements = elements_.Fetch(number);
+    return {observations, elements, std::min({most, observations_.Following(number), elements_.Following(number)})};
   }
 
  private:

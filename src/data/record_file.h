@@ -35,6 +35,8 @@ class RecordFile {
     if (number < firstInBlock_ || number >= endOfBlock_) ReadBlock(number);
     return block_.data() + recordLength_ * static_cast<std::size_t>(number - firstInBlock_);
   }
+  /// How many records lie behind the pointer that `Fetch(number)` gave last, its own included.
+  std::int64_t Following(std::int64_t number) const { return endOfBlock_ - number; }
 
  private:
   void WriteFullBlock();

@@ -3,101 +3,152 @@
 #include <algorithm>
 
 #include "model/response_moments.h"
+#include "support/ordered_pipeline.h"
 
 namespace tessaly {
 
-JmleSums::JmleSums(float probe, ResponseKernel& kernel, Table<ElementIndex, EstimationSums>& sums, ScaleTables& scales)
-    : probe_(probe), kernel_(kernel), sums_(sums), scales_(scales), block_(scales, kernel.HardwareExponent(), probe) {}
+namespace {
 
-void JmleSums::Add(const Observation& obs) {
-  if (obs.CurrentTop > 1 && obs.CurrentType != ModelType::RatingScale) {
-    // Sums have one order.
-    AddGathered();
-    AddAtOnce(obs);
+/// Observations from which on a second thread saves more than it costs.
+constexpr std::int64_t kManyObservations = 20000;
+/// How far ahead of its use the record of an element is sent for.
+constexpr std::size_t kAhead = 16;
+
+/// Rating scales and dichotomies are evaluated side by side, binomial trials and counts one by one.
+bool IsScored(const CellFacts& cell) {
+  return cell.Top == 1 || cell.Type == ModelType::RatingScale;
+}
+
+}  // namespace
+
+JmleSums::JmleSums(float probe, ResponseKernel& kernel, Table<ElementIndex, EstimationSums>& sums, ScaleTables& scales)
+    : probe_(probe), kernel_(kernel), sums_(sums), scales_(scales) {}
+
+ScoreEvaluator JmleSums::MakeEvaluator() const {
+  return {scales_, kernel_.HardwareExponent(), probe_};
+}
+
+void JmleSums::Evaluate(JmleBlock& block, ScoreEvaluator& evaluator) {
+  if (block.Evaluated) return;
+  block.Evaluated = true;
+  const ObservationBlock& observations = block.Observations;
+  block.Scores.Clear();
+  for (std::size_t at = 0; at < observations.Size; ++at) {
+    if (!TakesPart(observations.Status[at])) continue;
+    const CellFacts& cell = observations.CellOf(at);
+    if (IsScored(cell)) block.Scores.Put(cell.Scale, cell.Top, observations.Measure[at]);
+  }
+  evaluator.Evaluate(block.Scores);
+}
+
+void JmleSums::Add(const JmleBlock& block) {
+  const ObservationBlock& observations = block.Observations;
+  std::size_t place = 0;
+  for (std::size_t at = 0; at < observations.Size; ++at) {
+    Prefetch(observations, at + kAhead);
+    if (!TakesPart(observations.Status[at])) continue;
+    if (IsScored(observations.CellOf(at))) {
+      AddScored(block, at, place++);
+    } else {
+      AddUnscored(observations, at);
+    }
+  }
+}
+
+void JmleSums::Prefetch(const ObservationBlock& block, std::size_t at) const {
+  if (at >= block.Size) return;
+  const ElementIndex* const row = block.Row(at);
+  for (std::size_t position = 0; position < block.Positions; ++position)
+    __builtin_prefetch(&sums_[std::max(row[position], ElementIndex{1})], 1);
+}
+
+void JmleSums::AddScored(const JmleBlock& block, std::size_t at, std::size_t place) {
+  const ObservationBlock& observations = block.Observations;
+  const ScoreBlock& scores = block.Scores;
+  const CellFacts& cell = observations.CellOf(at);
+  if (cell.Top > 1 && observations.Status[at] == ReadStatus::Usable) {
+    double* const expected = scales_.CategoryExpected.Row(cell.Scale);
+    for (std::int32_t k = cell.Top; k >= 0; --k)
+      expected[k] += static_cast<double>(observations.Weight[at] * scores.Probability(place, k));
+  }
+  AddToElements(observations, at, {scores.Expected(place), scores.Probed(place), scores.Variance(place)});
+}
+
+void JmleSums::AddToElements(const ObservationBlock& block, std::size_t at, const Scores& scores) {
+  const CellFacts& cell = block.CellOf(at);
+  const ElementIndex* const row = block.Row(at);
+  const float weight = block.Weight[at];
+  const float information = scores.Variance * weight;
+  const auto add = [&](ElementIndex element, float expected, float probed) {
+    EstimationSums& sums = sums_[element];
+    sums.Information += information;
+    sums.ExpectedScore += static_cast<double>(expected * weight);
+    sums.ExpectedScoreProbe += static_cast<double>(probed * weight);
+  };
+  if (block.Status[at] == ReadStatus::Usable && cell.Negatives == nullptr) {
+    for (std::size_t position = block.Positions; position-- > 0;)
+      if (row[position] != kNoElement) add(row[position], scores.Expected, scores.Probed);
     return;
   }
-  Gather(obs);
-  if (block_.Full()) AddGathered();
-}
-
-void JmleSums::Gather(const Observation& obs) {
-  Gathered& own = gathered_[block_.Size()];
-  block_.Put(obs.CurrentScale, obs.CurrentTop, obs.MeasureSum);
-  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
-    const ObservedElement& element = obs.Elements[at];
-    if (!element.Collects(obs.Status)) continue;
-    collectors_.push_back({element.CurrentElement, element.Negative});
-    // Until it is added to, it can come from wherever it lies.
-    __builtin_prefetch(&sums_[element.CurrentElement], 1);
+  for (std::size_t position = block.Positions; position-- > 0;) {
+    if (!block.Facts->Collects(row[position], block.Status[at])) continue;
+    const bool negative = cell.Negative(position);
+    const auto score = [&](float s) { return negative ? static_cast<float>(cell.Top) - s : s; };
+    add(row[position], score(scores.Expected), score(scores.Probed));
   }
-  own = {obs.CurrentScale, obs.CurrentTop, obs.ObsWeight, obs.CurrentTop > 1 && obs.Status == ReadStatus::Usable,
-         static_cast<std::uint32_t>(collectors_.size())};
 }
 
-void JmleSums::AddGathered() {
-  block_.Evaluate();
-  std::size_t next = 0;
-  for (std::size_t at = 0; at < block_.Size(); ++at) {
-    const Gathered& own = gathered_[at];
-    if (own.IntoCategories) AddToCategories(at);
-    const Scores scores{block_.Expected(at), block_.Probed(at), block_.Variance(at)};
-    for (; next < own.End; ++next) AddToElement(collectors_[next], scores, own.Top, own.Weight);
-  }
-  block_.Clear();
-  collectors_.clear();
-}
-
-void JmleSums::AddToCategories(std::size_t at) {
-  const Gathered& own = gathered_[at];
-  double* expected = scales_.CategoryExpected.Row(own.Scale);
-  for (std::int32_t k = own.Top; k >= 0; --k)
-    expected[k] += static_cast<double>(own.Weight * block_.Probability(at, k));
-}
-
-void JmleSums::AddAtOnce(const Observation& obs) {
+void JmleSums::AddUnscored(const ObservationBlock& block, std::size_t at) {
+  const CellFacts& cell = block.CellOf(at);
+  const float measure = block.Measure[at];
   const auto [expected, probed] =
-      probe_ != 0
-          ? kernel_.ProbedProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum, probe_)
-          : ProbedScore{
-                kernel_.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum), 0};
-  const bool discriminates = scales_.CategoryAnchor(obs.CurrentScale, 0) != CategoryAnchor::Anchored;
-  if (obs.Status == ReadStatus::Usable && discriminates) AddDiscrimination(obs);
-  const Scores scores{expected, probed, EstimationVariance(kernel_, obs.CurrentTop, LastInVariance(obs), expected)};
-  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
-    const ObservedElement& own = obs.Elements[at];
-    if (own.Collects(obs.Status))
-      AddToElement({own.CurrentElement, own.Negative}, scores, obs.CurrentTop, obs.ObsWeight);
-  }
+      probe_ != 0 ? kernel_.ProbedProbabilities(cell.Scale, cell.Type, cell.Top, measure, probe_)
+                  : ProbedScore{kernel_.CategoryProbabilities(cell.Scale, cell.Type, cell.Top, measure), 0};
+  const bool discriminates = scales_.CategoryAnchor(cell.Scale, 0) != CategoryAnchor::Anchored;
+  if (block.Status[at] == ReadStatus::Usable && discriminates) AddDiscrimination(cell, block.Weight[at]);
+  AddToElements(block, at, {expected, probed, EstimationVariance(kernel_, cell.Top, LastInVariance(cell), expected)});
 }
 
-void JmleSums::AddToElement(const Collector& collector, const Scores& scores, std::int32_t top, float weight) {
-  EstimationSums& sums = sums_[collector.Element];
-  sums.Information += scores.Variance * weight;
-  const auto score = [&](float s) { return collector.Negative ? static_cast<float>(top) - s : s; };
-  sums.ExpectedScore += static_cast<double>(score(scores.Expected) * weight);
-  sums.ExpectedScoreProbe += static_cast<double>(score(scores.Probed) * weight);
-}
-
-void JmleSums::AddDiscrimination(const Observation& obs) {
-  const bool poisson = obs.CurrentType == ModelType::Poisson;
-  const std::int32_t last = poisson ? kernel_.ComputedTop() : obs.CurrentTop;
+void JmleSums::AddDiscrimination(const CellFacts& cell, float weight) {
+  const bool poisson = cell.Type == ModelType::Poisson;
+  const std::int32_t last = poisson ? kernel_.ComputedTop() : cell.Top;
   double m1 = 0;
   double m2 = 0;
   for (std::int32_t k = poisson ? 2 : 1; k <= last; ++k) {
-    const double t = kernel_.DiscriminationStatistic(obs.CurrentType, obs.CurrentTop, k);
+    const double t = kernel_.DiscriminationStatistic(cell.Type, cell.Top, k);
     const double p = static_cast<double>(kernel_.Probability(k));
     m1 += t * p;
     m2 += t * t * p;
   }
-  const double w = static_cast<double>(obs.ObsWeight);
-  scales_.CategoryExpected(obs.CurrentScale, 0) += m1 * w;
-  scales_.CategoryInformation(obs.CurrentScale, 1) += (m2 - m1 * m1) * w;
+  const double w = static_cast<double>(weight);
+  scales_.CategoryExpected(cell.Scale, 0) += m1 * w;
+  scales_.CategoryInformation(cell.Scale, 1) += (m2 - m1 * m1) * w;
 }
 
-std::int32_t JmleSums::LastInVariance(const Observation& obs) const {
-  if (obs.CurrentType != ModelType::Poisson) return obs.CurrentTop;
+std::int32_t JmleSums::LastInVariance(const CellFacts& cell) const {
+  if (cell.Type != ModelType::Poisson) return cell.Top;
   // Poisson counts are summed beyond the highest category that the kernel computes for short scales; those are 0.
-  return std::min(obs.CurrentTop < 5 ? 20 : 4 * obs.CurrentTop, kernel_.ComputedTop());
+  return std::min(cell.Top < 5 ? 20 : 4 * cell.Top, kernel_.ComputedTop());
+}
+
+void SumPass(ObservationPass& pass, JmleSums& sums, const std::function<void(const ObservationBlock&)>& look) {
+  ScoreEvaluator reading = sums.MakeEvaluator();
+  ScoreEvaluator adding = sums.MakeEvaluator();
+  OrderedPipeline<JmleBlock> pipeline(
+      pass.ValidResponses() >= kManyObservations, [&] { return sums.MakeBlock(pass.Positions()); },
+      [&](JmleBlock& block) {
+        JmleSums::Evaluate(block, adding);
+        sums.Add(block);
+      });
+  while (true) {
+    JmleBlock& block = pipeline.Free();
+    block.Evaluated = false;
+    if (!pass.NextBlock(block.Observations)) break;
+    look(block.Observations);
+    if (pipeline.FarAhead()) JmleSums::Evaluate(block, reading);
+    pipeline.Submit();
+  }
+  pipeline.Finish();
 }
 
 }  // namespace tessaly

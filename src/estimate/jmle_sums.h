@@ -1,10 +1,11 @@
 // What a joint maximum-likelihood pass accumulates: the inner loop of the estimation.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <functional>
 
+#include "data/observation_block.h"
 #include "data/observation_pass.h"
 #include "model/response_kernel.h"
 #include "model/score_block.h"
@@ -13,34 +14,32 @@
 
 namespace tessaly {
 
-/// Expected scores, information and expected category counts at the present estimates. Observations are gathered,
-/// evaluated together, and added in the order in which they came.
+/// Observations on their way through a joint maximum-likelihood pass.
+struct JmleBlock {
+  JmleBlock(std::size_t positions, const ScaleTables& scales) : Observations(positions), Scores(scales) {}
+
+  ObservationBlock Observations;
+  /// Of the rating scale observations that take part, in their order.
+  ScoreBlock Scores;
+  bool Evaluated = false;
+};
+
+/// Expected scores, information and expected category counts at the present estimates. Observations are evaluated side
+/// by side, where and when it suits, and added in the order in which they came.
 class JmleSums {
  public:
   /// `probe` is the shift of the measure (logit) at which the score curve is met a second time; 0 for none
   /// (Newton-Raphson).
   JmleSums(float probe, ResponseKernel& kernel, Table<ElementIndex, EstimationSums>& sums, ScaleTables& scales);
 
-  /// Takes an observation that takes part.
-  void Add(const Observation& obs);
-  /// Adds what is still gathered: call once, after the last observation.
-  void Finish() { AddGathered(); }
+  JmleBlock MakeBlock(std::size_t positions) const { return {positions, scales_}; }
+  ScoreEvaluator MakeEvaluator() const;
+  /// Does nothing to what is evaluated already.
+  static void Evaluate(JmleBlock& block, ScoreEvaluator& evaluator);
+  /// Adds the evaluated observations of `block`.
+  void Add(const JmleBlock& block);
 
  private:
-  /// An element that collects an observation.
-  struct Collector {
-    ElementIndex Element;
-    bool Negative;
-  };
-  /// What is needed of a gathered observation besides its scores.
-  struct Gathered {
-    ScaleNumber Scale;
-    std::int32_t Top;
-    float Weight;
-    bool IntoCategories;
-    /// Behind its last collector.
-    std::uint32_t End;
-  };
   /// Results of one observation: expected category at the measure and at the probe, information.
   struct Scores {
     float Expected;
@@ -48,21 +47,21 @@ class JmleSums {
     float Variance;
   };
 
-  void Gather(const Observation& obs);
-  void AddGathered();
-  void AddToCategories(std::size_t at);
-  void AddAtOnce(const Observation& obs);
-  void AddToElement(const Collector& collector, const Scores& scores, std::int32_t top, float weight);
-  void AddDiscrimination(const Observation& obs);
-  std::int32_t LastInVariance(const Observation& obs) const;
+  void AddScored(const JmleBlock& block, std::size_t at, std::size_t place);
+  void AddUnscored(const ObservationBlock& block, std::size_t at);
+  void AddToElements(const ObservationBlock& block, std::size_t at, const Scores& scores);
+  void AddDiscrimination(const CellFacts& cell, float weight);
+  std::int32_t LastInVariance(const CellFacts& cell) const;
+  void Prefetch(const ObservationBlock& block, std::size_t at) const;
 
   float probe_;
   ResponseKernel& kernel_;
   Table<ElementIndex, EstimationSums>& sums_;
   ScaleTables& scales_;
-  ScoreBlock block_;
-  std::array<Gathered, ScoreBlock::kCapacity> gathered_;
-  std::vector<Collector> collectors_;
 };
+
+/// Adds all observations of `pass` to `sums`, on two processors if that is worthwhile. `look` sees each block when it
+/// has been read.
+void SumPass(ObservationPass& pass, JmleSums& sums, const std::function<void(const ObservationBlock&)>& look);
 
 }  // namespace tessaly

@@ -195,12 +195,14 @@ void JointEstimation::RecountOrProxPass() {
 
 void JointEstimation::JmlePass() {
   JmleSums sums(newtonStepNow_ == 0 ? curveProbe_ : 0.0F, kernel_, sums_, analysis_.Scales);
-  for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_)) {
-    if (!TakesPart(obs.Status)) continue;
-    if (subsets_.Active()) subsets_.ScanObservation(obs);
-    sums.Add(obs);
+  ObservationPass pass(store_, analysis_, control_, console_);
+  SumPass(pass, sums, [&](const ObservationBlock& block) { ScanForSubsets(pass, block); });
+}
+
+void JointEstimation::ScanForSubsets(ObservationPass& pass, const ObservationBlock& block) {
+  for (std::size_t at = 0; at < block.Size && subsets_.Active(); ++at) {
+    if (TakesPart(block.Status[at])) subsets_.ScanObservation(pass.Show(block, at));
   }
-  sums.Finish();
 }
 
 void JointEstimation::KeepFirstTotals() {

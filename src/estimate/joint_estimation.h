@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "data/observation_pass.h"
 #include "data/observation_store.h"
 #include "estimate/element_step.h"
 #include "estimate/iteration_summary.h"
@@ -37,6 +38,7 @@ class JointEstimation {
   void ClearCategories();
   void RecountOrProxPass();
   void JmlePass();
+  void ScanForSubsets(ObservationPass& pass, const ObservationBlock& block);
   void KeepFirstTotals();
   void UpdateFacets(std::int32_t priority);
   void AdaptDamping();

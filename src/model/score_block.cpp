@@ -28,18 +28,15 @@ struct Group {
 // in whole, and its compiler makes of each what that processor does best.
 #define TESSALY_INLINE [[gnu::always_inline]] inline
 
+/// e^x, for results that are rounded to single or added to 1: what is below the lowest power makes no difference there.
 TESSALY_INLINE void Exponentials(std::size_t count, const double* __restrict x, double* __restrict result) {
   std::array<std::uint64_t, kCapacity> steps;
-  std::array<double, kCapacity> series;
   for (std::size_t n = 0; n < count; ++n) {
     const exponential::Reduced reduced = exponential::Reduce(x[n] < exponential::kLowest ? exponential::kLowest : x[n]);
     steps[n] = reduced.Steps;
-    series[n] = reduced.Series;
+    result[n] = reduced.Series;
   }
-  for (std::size_t n = 0; n < count; ++n) {
-    const double value = exponential::Combine({steps[n], series[n]});
-    result[n] = x[n] < exponential::kLowest ? 0.0 : value;
-  }
+  for (std::size_t n = 0; n < count; ++n) result[n] = exponential::Combine({steps[n], result[n]});
 }
 
 TESSALY_INLINE void RatingScales(const Group& group) {
@@ -47,6 +44,7 @@ TESSALY_INLINE void RatingScales(const Group& group) {
   const auto row = [&](std::int32_t k) { return group.Table + static_cast<std::size_t>(k) * kCapacity; };
   std::array<float, kCapacity> sum;
   std::array<float, kCapacity> shift;
+  std::array<double, kCapacity> exponent;
   std::array<double, kCapacity> power;
   std::array<double, kCapacity> total;
   std::array<double, kCapacity> expected;
@@ -64,17 +62,17 @@ TESSALY_INLINE void RatingScales(const Group& group) {
   }
   for (std::size_t n = 0; n < count; ++n) {
     shift[n] = group.HardwareExponent - shift[n];
-    power[n] = static_cast<double>(shift[n]);
+    exponent[n] = static_cast<double>(shift[n]);
   }
-  Exponentials(count, power.data(), power.data());
+  Exponentials(count, exponent.data(), power.data());
   for (std::size_t n = 0; n < count; ++n) {
     group.Table[n] = static_cast<float>(power[n]);
     total[n] = static_cast<double>(group.Table[n]);
   }
   for (std::int32_t k = group.Top; k >= 1; --k) {
     float* const table = row(k);
-    for (std::size_t n = 0; n < count; ++n) power[n] = static_cast<double>(shift[n] + table[n]);
-    Exponentials(count, power.data(), power.data());
+    for (std::size_t n = 0; n < count; ++n) exponent[n] = static_cast<double>(shift[n] + table[n]);
+    Exponentials(count, exponent.data(), power.data());
     for (std::size_t n = 0; n < count; ++n) {
       table[n] = static_cast<float>(power[n]);
       total[n] += static_cast<double>(table[n]);
@@ -96,12 +94,13 @@ TESSALY_INLINE void RatingScales(const Group& group) {
 }
 
 TESSALY_INLINE void Dichotomies(const Group& group) {
+  std::array<double, kCapacity> exponent;
   std::array<double, kCapacity> odds;
   for (std::size_t n = 0; n < group.Count; ++n) {
     const float d = group.Step[kCapacity + n] - group.Measure[n];
-    odds[n] = static_cast<double>(group.HardwareExponent < d ? group.HardwareExponent : d);
+    exponent[n] = static_cast<double>(group.HardwareExponent < d ? group.HardwareExponent : d);
   }
-  Exponentials(group.Count, odds.data(), odds.data());
+  Exponentials(group.Count, exponent.data(), odds.data());
   for (std::size_t n = 0; n < group.Count; ++n) {
     const auto p = static_cast<float>(1.0 / (odds[n] + 1.0));
     group.Table[kCapacity + n] = p;
@@ -157,32 +156,50 @@ auto* ChosenForm() {
   return &EvaluatePlain;
 }
 
-}  // namespace
-
-ScoreBlock::ScoreBlock(const ScaleTables& scales, float hardwareExponent, float probe)
-    : scales_(scales), hardwareExponent_(hardwareExponent), probe_(probe) {
+std::size_t TableSize(const ScaleTables& scales) {
   std::int32_t top = 1;
   for (const Scale& scale : scales.Scales) top = std::max<std::int32_t>(top, scale.ScaleTopCategory);
-  for (std::vector<float>* const table : {&step_, &kept_, &table_, &probedTable_})
-    table->resize((static_cast<std::size_t>(top) + 1) * kCapacity);
-  filled_.fill({-1});
+  return (static_cast<std::size_t>(top) + 1) * kCapacity;
+}
+
+}  // namespace
+
+ScoreBlock::ScoreBlock(const ScaleTables& scales) : table_(TableSize(scales)) {
+  PutInOrder();
+}
+
+void ScoreBlock::Clear() {
+  size_ = 0;
+  if (!mixed_) return;
+  mixed_ = false;
+  PutInOrder();
+}
+
+void ScoreBlock::PutInOrder() {
+  std::iota(at_.begin(), at_.end(), std::uint16_t{0});
+  std::iota(place_.begin(), place_.end(), std::uint16_t{0});
 }
 
 void ScoreBlock::Arrange() {
+  if (!mixed_) return;
   const auto end = at_.begin() + static_cast<std::ptrdiff_t>(size_);
-  std::iota(at_.begin(), end, std::uint16_t{0});
-  const auto byTop = [&](std::uint16_t a, std::uint16_t b) { return top_[a] < top_[b]; };
-  if (!std::is_sorted(at_.begin(), end, byTop)) std::stable_sort(at_.begin(), end, byTop);
-  for (std::size_t place = 0; place < size_; ++place) {
-    place_[at_[place]] = static_cast<std::uint16_t>(place);
-    placedMeasure_[place] = measure_[at_[place]];
-    probedMeasure_[place] = placedMeasure_[place] - probe_;
-  }
+  std::stable_sort(at_.begin(), end, [&](std::uint16_t a, std::uint16_t b) { return top_[a] < top_[b]; });
+  for (std::size_t place = 0; place < size_; ++place) place_[at_[place]] = static_cast<std::uint16_t>(place);
 }
 
-void ScoreBlock::FillSteps(std::size_t first, std::size_t end, std::int32_t top) {
+ScoreEvaluator::ScoreEvaluator(const ScaleTables& scales, float hardwareExponent, float probe)
+    : scales_(scales),
+      hardwareExponent_(hardwareExponent),
+      probe_(probe),
+      step_(TableSize(scales)),
+      kept_(step_.size()),
+      probedTable_(step_.size()) {
+  filled_.fill({-1});
+}
+
+void ScoreEvaluator::FillSteps(const ScoreBlock& block, std::size_t first, std::size_t end, std::int32_t top) {
   for (std::size_t place = first; place < end; ++place) {
-    const ScaleNumber scale = scale_[at_[place]];
+    const ScaleNumber scale = block.scale_[block.at_[place]];
     if (filled_[place] == scale) continue;
     filled_[place] = scale;
     const float* const step = scales_.CategoryStep.Row(scale);
@@ -195,23 +212,30 @@ void ScoreBlock::FillSteps(std::size_t first, std::size_t end, std::int32_t top)
   }
 }
 
-void ScoreBlock::Evaluate() {
+void ScoreEvaluator::Evaluate(ScoreBlock& block) {
   static const auto evaluate = ChosenForm();
-  Arrange();
-  for (std::size_t first = 0; first < size_;) {
-    const std::int32_t top = top_[at_[first]];
+  block.Arrange();
+  const std::size_t size = block.size_;
+  for (std::size_t place = 0; place < size; ++place) measure_[place] = block.measure_[block.at_[place]];
+  for (std::size_t place = 0; place < size; ++place) probedMeasure_[place] = measure_[place] - probe_;
+  for (std::size_t first = 0; first < size;) {
+    const std::int32_t top = block.top_[block.at_[first]];
     std::size_t end = first;
-    while (end < size_ && top_[at_[end]] == top) ++end;
-    FillSteps(first, end, top);
-    const Group group{end - first,           top,
-                      hardwareExponent_,     step_.data() + first,
-                      kept_.data() + first,  placedMeasure_.data() + first,
-                      table_.data() + first, expected_.data() + first};
+    while (end < size && block.top_[block.at_[end]] == top) ++end;
+    FillSteps(block, first, end, top);
+    const Group group{end - first,
+                      top,
+                      hardwareExponent_,
+                      step_.data() + first,
+                      kept_.data() + first,
+                      measure_.data() + first,
+                      block.table_.data() + first,
+                      block.expected_.data() + first};
     Group probed = group;
     probed.Measure = probedMeasure_.data() + first;
     probed.Table = probedTable_.data() + first;
-    probed.Expected = probed_.data() + first;
-    evaluate(group, probe_ != 0 ? &probed : nullptr, variance_.data() + first);
+    probed.Expected = block.probed_.data() + first;
+    evaluate(group, probe_ != 0 ? &probed : nullptr, block.variance_.data() + first);
     first = end;
   }
 }

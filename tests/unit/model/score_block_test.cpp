@@ -41,7 +41,8 @@ TEST(ScoreBlock, HasTheBitsOfTheKernelWhateverStandsBeside) {
     const ScaleTables scales = RandomScales(random);
     const float probe = round % 4 == 0 ? 0.0F : std::fabs(near(random));
     const float hardware = round % 3 == 0 ? 3.0F : 80.0F;
-    const auto block = std::make_unique<ScoreBlock>(scales, hardware, probe);
+    const auto block = std::make_unique<ScoreBlock>(scales);
+    ScoreEvaluator evaluator(scales, hardware, probe);
     ResponseKernel kernel(scales, hardware);
     for (int fill = 0; fill < 3; ++fill) {
       const std::size_t count = fill == 0 ? ScoreBlock::kCapacity : random() % ScoreBlock::kCapacity;
@@ -52,7 +53,7 @@ TEST(ScoreBlock, HasTheBitsOfTheKernelWhateverStandsBeside) {
         block->Put(scale, scales.Scales[scale].ScaleTopCategory, put.back().second);
       }
       EXPECT_EQ(block->Full(), count == ScoreBlock::kCapacity);
-      block->Evaluate();
+      evaluator.Evaluate(*block);
       for (std::size_t at = 0; at < count; ++at) {
         const auto [scale, measure] = put[at];
         const std::int32_t top = scales.Scales[scale].ScaleTopCategory;
