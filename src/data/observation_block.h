@@ -40,6 +40,9 @@ struct CellFacts {
   /// The statement if it has positions marked `-`, else null.
   const ModelStatement* Negatives = nullptr;
 
+  /// Whether observations are evaluated side by side: rating scales and dichotomies. Binomial trials and counts are
+  /// evaluated one by one.
+  bool SideBySide() const { return Top == 1 || Type == ModelType::RatingScale; }
   /// Whether position `at`, from 0, is marked `-`.
   bool Negative(std::size_t at) const {
     return Negatives != nullptr && Negatives->Negative({static_cast<std::int32_t>(at) + 1});

@@ -11,20 +11,23 @@ constexpr std::int64_t kMarksPerPass = 50;
 
 }  // namespace
 
-ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control,
-                                 Console& console, FacetMeans means)
-    : control_(control),
-      console_(console),
-      reader_(store, analysis),
-      block_(reader_.Positions()),
-      marksEvery_(std::max<std::int64_t>(store.ValidResponses() / kMarksPerPass, 1)) {
-  current_.Elements.resize(reader_.Positions());
+ObservationView::ObservationView(const Analysis& analysis, FacetMeans means) {
+  current_.Elements.resize(static_cast<std::size_t>(analysis.Fields.ActiveFacetCount()));
   if (means == FacetMeans::Leave) return;
   for (const ActivePosition& position : analysis.Fields.Positions) {
     const Facet& facet = analysis.Facets[position.PositionFacet];
     means_.push_back(facet.FacetPositive ? facet.FacetMeanMeasure : -facet.FacetMeanMeasure);
   }
 }
+
+ObservationPass::ObservationPass(ObservationStore& store, const Analysis& analysis, RunControl& control,
+                                 Console& console, FacetMeans means)
+    : control_(control),
+      console_(console),
+      reader_(store, analysis),
+      block_(reader_.Positions()),
+      view_(analysis, means),
+      marksEvery_(std::max<std::int64_t>(store.ValidResponses() / kMarksPerPass, 1)) {}
 
 bool ObservationPass::NextBlock(ObservationBlock& block) {
   Start();
@@ -47,8 +50,8 @@ void ObservationPass::ReadObservation() {
       return;
     }
   }
-  Show(block_, at_++);
-  if (current_.ObservationIndex % kPollEvery == 0) Tick(current_.ObservationIndex);
+  const std::int64_t observation = view_.Show(block_, at_++).ObservationIndex;
+  if (observation % kPollEvery == 0) Tick(observation);
 }
 
 void ObservationPass::Start() {
@@ -61,7 +64,7 @@ void ObservationPass::Tick(std::int64_t observation) {
   if (observation % marksEvery_ < kPollEvery) console_.ShowProgress(".", false);
 }
 
-const Observation& ObservationPass::Show(const ObservationBlock& block, std::size_t at) {
+const Observation& ObservationView::Show(const ObservationBlock& block, std::size_t at) {
   const CellFacts& cell = block.CellOf(at);
   Observation& obs = current_;
   obs.ObservationIndex = block.First + static_cast<std::int64_t>(at);
@@ -81,7 +84,7 @@ const Observation& ObservationPass::Show(const ObservationBlock& block, std::siz
   return obs;
 }
 
-void ObservationPass::ShowElements(const ObservationBlock& block, std::size_t at) {
+void ObservationView::ShowElements(const ObservationBlock& block, std::size_t at) {
   const CellFacts& cell = block.CellOf(at);
   const ElementIndex* const row = block.Row(at);
   ObservedElement* const elements = current_.Elements.data();

@@ -57,6 +57,23 @@ struct Observation {
 /// Whether a pass takes the facets' mean measures off each position's own measure, for fair averages.
 enum class FacetMeans { Leave, TakeOff };
 
+/// Single observations of a block, one at a time.
+class ObservationView {
+ public:
+  explicit ObservationView(const Analysis& analysis, FacetMeans means = FacetMeans::Leave);
+
+  /// Observation `at` of `block`, from 0, until the next call.
+  const Observation& Show(const ObservationBlock& block, std::size_t at);
+  const Observation& Current() const { return current_; }
+
+ private:
+  void ShowElements(const ObservationBlock& block, std::size_t at);
+
+  /// By position: signed mean measure of its facet (logit), if means are taken off.
+  std::vector<float> means_;
+  Observation current_;
+};
+
 /// All observations, as an input range of single ones or block by block: call either `begin` or `NextBlock`. Marks
 /// progress and polls the user for every 100th observation, so that reading on may throw `Stopped` (or `Halt` if a work
 /// file fails); nothing else in the loop does. Allocates nothing after it is made.
@@ -71,7 +88,7 @@ class ObservationPass {
     using difference_type = std::ptrdiff_t;
 
     explicit Iterator(ObservationPass& pass) : pass_(&pass) {}
-    const Observation& operator*() const { return pass_->current_; }
+    const Observation& operator*() const { return pass_->view_.Current(); }
     Iterator& operator++() {
       pass_->ReadObservation();
       return *this;
@@ -94,12 +111,9 @@ class ObservationPass {
   std::size_t Positions() const { return reader_.Positions(); }
   /// Fills `block` with the next observations; gives false behind the last.
   bool NextBlock(ObservationBlock& block);
-  /// Observation `at` of `block`, from 0, until the next call.
-  const Observation& Show(const ObservationBlock& block, std::size_t at);
 
  private:
   void ReadObservation();
-  void ShowElements(const ObservationBlock& block, std::size_t at);
   void Start();
   void Tick(std::int64_t observation);
 
@@ -109,12 +123,10 @@ class ObservationPass {
   ObservationBlock block_;
   /// Place of the current observation in `block_`.
   std::size_t at_ = 0;
-  /// By position: signed mean measure of its facet (logit), if means are taken off.
-  std::vector<float> means_;
+  ObservationView view_;
   bool started_ = false;
   bool ended_ = false;
   std::int64_t marksEvery_ = 1;
-  Observation current_;
 };
 
 }  // namespace tessaly

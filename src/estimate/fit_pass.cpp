@@ -4,25 +4,26 @@
 #include <cmath>
 
 #include "data/observation_pass.h"
-#include "estimate/fair_score.h"
-#include "estimate/observation_fit.h"
 #include "estimate/standardize.h"
+#include "support/ordered_pipeline.h"
 
 namespace tessaly {
 
 namespace {
 
+/// Observations from which on a second thread saves more than it costs.
+constexpr std::int64_t kManyObservations = 20000;
 constexpr float kLargestLogOdds = 100.0F;
 constexpr float kLargestDiscrimination = 10.0F;
 constexpr float kLeastLogOddsVariance = 1e-10F;
 
 }  // namespace
 
-FitPass::FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control,
+FitPass::FitPass(Analysis& analysis, ObservationStore& store, const ResponseKernel& kernel, RunControl& control,
                  Console& console)
     : analysis_(analysis),
       store_(store),
-      kernel_(kernel),
+      hardwareExponent_(kernel.HardwareExponent()),
       control_(control),
       console_(console),
       unexpected_(analysis.Settings.UnexpectedMin, analysis.Settings.T4Max) {}
@@ -36,11 +37,24 @@ void FitPass::Run() {
   if (!analysis_.Settings.Esubtotals.empty())
     crossReference_.emplace(analysis_.Elements.ElementCount(), analysis_.FacetCount(), analysis_.Fields);
   const FacetMeans means = analysis_.Settings.FairOption == 'M' ? FacetMeans::TakeOff : FacetMeans::Leave;
-  for (const Observation& obs : ObservationPass(store_, analysis_, control_, console_, means)) {
-    if (crossReference_) crossReference_->Add(obs);
-    data_.ResponsesByStatus[DataFit::Row(obs.Status)].Add(obs.ObsResponse);
-    if (TakesPart(obs.Status)) Add(obs);
+  ObservationPass pass(store_, analysis_, control_, console_);
+  FitEvaluator reading(analysis_, hardwareExponent_, means);
+  FitEvaluator adding(analysis_, hardwareExponent_, means);
+  ObservationView view(analysis_, means);
+  OrderedPipeline<FitBlock> pipeline(
+      pass.ValidResponses() >= kManyObservations, [&] { return FitBlock(pass.Positions(), analysis_.Scales); },
+      [&](FitBlock& block) {
+        adding.Evaluate(block);
+        Add(block, adding, view);
+      });
+  while (true) {
+    FitBlock& block = pipeline.Free();
+    block.Evaluated = false;
+    if (!pass.NextBlock(block.Observations)) break;
+    if (pipeline.FarAhead()) reading.Evaluate(block);
+    pipeline.Submit();
   }
+  pipeline.Finish();
 }
 
 void FitPass::PrepareScaleTables() {
@@ -108,42 +122,63 @@ void FitPass::CountParameters() {
   }
 }
 
-void FitPass::Add(const Observation& obs) {
-  const ObservationFit fit = FitOf(obs, obs.MeasureSum, analysis_.Scales, kernel_);
-  const double w = static_cast<double>(obs.ObsWeight);
-  if (obs.Status == ReadStatus::Usable) {
-    AddToCategories(obs, fit, kernel_, analysis_.Settings.SmallestNumber, analysis_.Scales);
-    const float p = std::max(kernel_.Probability(obs.ObsOrdinal), analysis_.Settings.SmallestNumber);
-    data_.LogLikelihood += w * std::log(static_cast<double>(p));
-    data_.AddToSummary(obs, fit);
-    unexpected_.AddUnexpected(obs, fit);
-  }
-  const LogOdds odds =
-      kernel_.LogOddsMoments(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, obs.MeasureSum, obs.ObsOrdinal);
-  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
-    const ObservedElement& own = obs.Elements[at];
-    if (own.CurrentElement == kNoElement) continue;
-    correlations_[own.CurrentElement].Add(obs, fit.Moments);
-    if (own.Collects(obs.Status)) AddToElement(obs, own, fit, odds);
+void FitPass::Add(const FitBlock& block, FitEvaluator& evaluator, ObservationView& view) {
+  const ObservationBlock& observations = block.Observations;
+  for (std::size_t at = 0; at < observations.Size; ++at) {
+    const Observation& obs = view.Show(observations, at);
+    if (crossReference_) crossReference_->Add(obs);
+    data_.ResponsesByStatus[DataFit::Row(obs.Status)].Add(obs.ObsResponse);
+    if (!TakesPart(obs.Status)) continue;
+    if (obs.Status == ReadStatus::Usable) AddToData(obs, block.Rows[at], evaluator.ScoresOf(block, at).Probabilities);
+    AddToElements(obs, block.Rows[at], block.FairRow(at));
   }
 }
 
-void FitPass::AddToElement(const Observation& obs, const ObservedElement& own, const ObservationFit& fit,
-                           const LogOdds& odds) {
+void FitPass::AddToData(const Observation& obs, const FitBlock::Row& row, const Probabilities& probabilities) {
+  AddToCategories(obs, row.Fit, probabilities, analysis_.Settings.SmallestNumber, analysis_.Scales);
+  data_.LogLikelihood += static_cast<double>(obs.ObsWeight) * row.LogProbability;
+  data_.AddToSummary(obs, row.Fit);
+  unexpected_.AddUnexpected(obs, row.Fit);
+}
+
+void FitPass::AddToElements(const Observation& obs, const FitBlock::Row& row, const float* fairScores) {
   const float w = obs.ObsWeight;
-  const ResponseMoments& m = fit.Moments;
-  FitSums& sums = sums_[own.CurrentElement];
-  sums.Expected += w * (own.Negative ? static_cast<float>(obs.CurrentTop) - m.ExpectedResponse : m.ExpectedResponse);
-  sums.LogOddsObserved += w * std::clamp(odds.AtObserved, -kLargestLogOdds, kLargestLogOdds);
-  sums.LogOddsMean += w * odds.Mean;
-  sums.LogOddsVariance += w * (odds.MeanSquare - odds.Mean * odds.Mean);
-  sums.Information += w * m.ResponseVariance;
-  sums.ResidualSquaresZ += w * m.ResidualSquareZ;
-  sums.ResidualSquares += w * m.ResidualSquare;
-  sums.Kurtosis += static_cast<double>(w * m.KurtosisRatio);
-  sums.ResidualVariance += static_cast<double>(w * m.ResidualVarianceTerm);
-  sums.FairScoreSum += w * FairScore(obs.CurrentScale, obs.CurrentType, obs.MeanOffsetSum + own.CurrentMeasure,
-                                     own.Negative, analysis_.Scales, kernel_);
+  const ResponseMoments& m = row.Fit.Moments;
+  const LogOdds& odds = row.Odds;
+  const CorrelationSums correlation(obs, m);
+  FitSums own;
+  own.Information = w * m.ResponseVariance;
+  own.Kurtosis = static_cast<double>(w * m.KurtosisRatio);
+  own.ResidualSquares = w * m.ResidualSquare;
+  own.ResidualVariance = static_cast<double>(w * m.ResidualVarianceTerm);
+  own.ResidualSquaresZ = w * m.ResidualSquareZ;
+  own.LogOddsObserved = w * std::clamp(odds.AtObserved, -kLargestLogOdds, kLargestLogOdds);
+  own.LogOddsMean = w * odds.Mean;
+  own.LogOddsVariance = w * (odds.MeanSquare - odds.Mean * odds.Mean);
+  for (std::size_t at = obs.Elements.size(); at-- > 0;) {
+    const ObservedElement& element = obs.Elements[at];
+    if (element.CurrentElement == kNoElement) continue;
+    correlations_[element.CurrentElement] += correlation;
+    if (!element.Collects(obs.Status)) continue;
+    own.Expected =
+        w * (element.Negative ? static_cast<float>(obs.CurrentTop) - m.ExpectedResponse : m.ExpectedResponse);
+    own.FairScoreSum = w * fairScores[at];
+    sums_[element.CurrentElement] += own;
+  }
+}
+
+FitSums& FitSums::operator+=(const FitSums& other) {
+  Information += other.Information;
+  Kurtosis += other.Kurtosis;
+  ResidualSquares += other.ResidualSquares;
+  ResidualVariance += other.ResidualVariance;
+  ResidualSquaresZ += other.ResidualSquaresZ;
+  Expected += other.Expected;
+  LogOddsObserved += other.LogOddsObserved;
+  LogOddsMean += other.LogOddsMean;
+  LogOddsVariance += other.LogOddsVariance;
+  FairScoreSum += other.FairScoreSum;
+  return *this;
 }
 
 void FitPass::Finish() {

@@ -7,6 +7,7 @@
 #include "data/observation_store.h"
 #include "estimate/cross_reference.h"
 #include "estimate/data_fit.h"
+#include "estimate/fit_block.h"
 #include "estimate/measure_correlation.h"
 #include "estimate/observation_fit.h"
 #include "estimate/unexpected_list.h"
@@ -35,13 +36,16 @@ struct FitSums {
   float LogOddsMean = 0;
   float LogOddsVariance = 0;
   float FairScoreSum = 0;
+
+  FitSums& operator+=(const FitSums& other);
 };
 
 /// Reads all observations once at the final estimates. Fills category statistics, expected counts and step information
 /// of the scales, the facets' mean measures and label widths; then `Finish` turns the element sums into fit statistics.
 class FitPass {
  public:
-  FitPass(Analysis& analysis, ObservationStore& store, ResponseKernel& kernel, RunControl& control, Console& console);
+  FitPass(Analysis& analysis, ObservationStore& store, const ResponseKernel& kernel, RunControl& control,
+          Console& console);
 
   void Run();
   /// Mean-squares, standardized values, discriminations, displacements (logit), standard errors (logit) and
@@ -58,13 +62,14 @@ class FitPass {
   void PrepareScaleTables();
   void PrepareFacets();
   void CountParameters();
-  void Add(const Observation& obs);
-  void AddToElement(const Observation& obs, const ObservedElement& own, const ObservationFit& fit, const LogOdds& odds);
+  void Add(const FitBlock& block, FitEvaluator& evaluator, ObservationView& view);
+  void AddToData(const Observation& obs, const FitBlock::Row& row, const Probabilities& probabilities);
+  void AddToElements(const Observation& obs, const FitBlock::Row& row, const float* fairScores);
   void FinishElement(ElementIndex element);
 
   Analysis& analysis_;
   ObservationStore& store_;
-  ResponseKernel& kernel_;
+  float hardwareExponent_;
   RunControl& control_;
   Console& console_;
   Table<ElementIndex, FitSums> sums_;

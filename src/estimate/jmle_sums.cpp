@@ -14,11 +14,6 @@ constexpr std::int64_t kManyObservations = 20000;
 /// How far ahead of its use the record of an element is sent for.
 constexpr std::size_t kAhead = 16;
 
-/// Rating scales and dichotomies are evaluated side by side, binomial trials and counts one by one.
-bool IsScored(const CellFacts& cell) {
-  return cell.Top == 1 || cell.Type == ModelType::RatingScale;
-}
-
 }  // namespace
 
 JmleSums::JmleSums(float probe, ResponseKernel& kernel, Table<ElementIndex, EstimationSums>& sums, ScaleTables& scales)
@@ -36,7 +31,7 @@ void JmleSums::Evaluate(JmleBlock& block, ScoreEvaluator& evaluator) {
   for (std::size_t at = 0; at < observations.Size; ++at) {
     if (!TakesPart(observations.Status[at])) continue;
     const CellFacts& cell = observations.CellOf(at);
-    if (IsScored(cell)) block.Scores.Put(cell.Scale, cell.Top, observations.Measure[at]);
+    if (cell.SideBySide()) block.Scores.Put(cell.Scale, cell.Top, observations.Measure[at]);
   }
   evaluator.Evaluate(block.Scores);
 }
@@ -47,7 +42,7 @@ void JmleSums::Add(const JmleBlock& block) {
   for (std::size_t at = 0; at < observations.Size; ++at) {
     Prefetch(observations, at + kAhead);
     if (!TakesPart(observations.Status[at])) continue;
-    if (IsScored(observations.CellOf(at))) {
+    if (observations.CellOf(at).SideBySide()) {
       AddScored(block, at, place++);
     } else {
       AddUnscored(observations, at);

@@ -196,12 +196,13 @@ void JointEstimation::RecountOrProxPass() {
 void JointEstimation::JmlePass() {
   JmleSums sums(newtonStepNow_ == 0 ? curveProbe_ : 0.0F, kernel_, sums_, analysis_.Scales);
   ObservationPass pass(store_, analysis_, control_, console_);
-  SumPass(pass, sums, [&](const ObservationBlock& block) { ScanForSubsets(pass, block); });
+  ObservationView view(analysis_);
+  SumPass(pass, sums, [&](const ObservationBlock& block) { ScanForSubsets(block, view); });
 }
 
-void JointEstimation::ScanForSubsets(ObservationPass& pass, const ObservationBlock& block) {
+void JointEstimation::ScanForSubsets(const ObservationBlock& block, ObservationView& view) {
   for (std::size_t at = 0; at < block.Size && subsets_.Active(); ++at) {
-    if (TakesPart(block.Status[at])) subsets_.ScanObservation(pass.Show(block, at));
+    if (TakesPart(block.Status[at])) subsets_.ScanObservation(view.Show(block, at));
   }
 }
 

@@ -38,7 +38,7 @@ class JointEstimation {
   void ClearCategories();
   void RecountOrProxPass();
   void JmlePass();
-  void ScanForSubsets(ObservationPass& pass, const ObservationBlock& block);
+  void ScanForSubsets(const ObservationBlock& block, ObservationView& view);
   void KeepFirstTotals();
   void UpdateFacets(std::int32_t priority);
   void AdaptDamping();

@@ -26,22 +26,36 @@ double Covariance(double products, double x, double y, double n) {
 
 }  // namespace
 
-void CorrelationSums::Add(const Observation& obs, const ResponseMoments& moments) {
+CorrelationSums::CorrelationSums(const Observation& obs, const ResponseMoments& moments) {
   const double w = static_cast<double>(obs.ObsWeight);
   const double top = obs.CurrentTop;
   const double x = static_cast<double>(obs.MeasureSum);
   const double y = obs.ObsOrdinal / top;
   const double e = static_cast<double>(moments.ExpectedResponse) / top;
-  SumX += w * x;
-  SumXX += w * x * x;
-  SumY += w * y;
-  SumYY += w * y * y;
-  SumXY += w * x * y;
-  SumW += w;
-  SumE += w * e;
-  SumEE += w * e * e;
-  SumV += w * static_cast<double>(moments.ResponseVariance) / (top * top);
-  SumXE += w * x * e;
+  SumX = w * x;
+  SumXX = w * x * x;
+  SumY = w * y;
+  SumYY = w * y * y;
+  SumXY = w * x * y;
+  SumW = w;
+  SumE = w * e;
+  SumEE = w * e * e;
+  SumV = w * static_cast<double>(moments.ResponseVariance) / (top * top);
+  SumXE = w * x * e;
+}
+
+CorrelationSums& CorrelationSums::operator+=(const CorrelationSums& other) {
+  SumX += other.SumX;
+  SumXX += other.SumXX;
+  SumY += other.SumY;
+  SumYY += other.SumYY;
+  SumXY += other.SumXY;
+  SumW += other.SumW;
+  SumE += other.SumE;
+  SumEE += other.SumEE;
+  SumV += other.SumV;
+  SumXE += other.SumXE;
+  return *this;
 }
 
 double CorrelationSums::SpreadX() const {

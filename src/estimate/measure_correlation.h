@@ -21,7 +21,10 @@ struct CorrelationSums {
   double SumV = 0;
   double SumXE = 0;
 
-  void Add(const Observation& obs, const ResponseMoments& moments);
+  CorrelationSums() = default;
+  /// Of one observation.
+  CorrelationSums(const Observation& obs, const ResponseMoments& moments);
+  CorrelationSums& operator+=(const CorrelationSums& other);
   /// Correlation of y with x; 0 where one of them does not vary.
   float PointMeasure() const;
   /// The same as the model expects it: the correlation of e with x, its spread widened by the model variance.

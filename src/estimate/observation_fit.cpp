@@ -20,19 +20,20 @@ void AddDichotomy(const Observation& obs, double expected, ScaleTables& scales) 
   statistics[1].Expected.Add(measure, expected * w);
 }
 
-void AddPolytomy(const Observation& obs, double expected, double variance, const ResponseKernel& kernel,
+void AddPolytomy(const Observation& obs, double expected, double variance, const Probabilities& probabilities,
                  ScaleTables& scales) {
   const double w = static_cast<double>(obs.ObsWeight);
   CategoryStatistics* statistics = scales.CategoryStatistics.Row(obs.CurrentScale);
   for (std::int32_t k = obs.CurrentTop; k >= 0; --k) {
-    const double share = w * static_cast<double>(kernel.Probability(k));
+    const double share = w * static_cast<double>(probabilities[k]);
     const double residual = static_cast<double>(k) - expected;
     statistics[k].ExpectedSquareSum += share * residual * residual / variance;
     statistics[k].Expected.Add(static_cast<double>(obs.MeasureSum), share);
   }
 }
 
-void AddExpectedCounts(const Observation& obs, float expected, const ResponseKernel& kernel, ScaleTables& scales) {
+void AddExpectedCounts(const Observation& obs, float expected, const Probabilities& probabilities,
+                       ScaleTables& scales) {
   double* counts = scales.CategoryExpected.Row(obs.CurrentScale);
   const double w = static_cast<double>(obs.ObsWeight);
   if (obs.CurrentTop <= 1) {
@@ -41,10 +42,10 @@ void AddExpectedCounts(const Observation& obs, float expected, const ResponseKer
     return;
   }
   double* information = scales.CategoryInformation.Row(obs.CurrentScale);
-  counts[0] += w * static_cast<double>(kernel.Probability(0));
+  counts[0] += w * static_cast<double>(probabilities[0]);
   double upper = 0;
   for (std::int32_t k = obs.CurrentTop; k >= 1; --k) {
-    const double p = static_cast<double>(kernel.Probability(k));
+    const double p = static_cast<double>(probabilities[k]);
     counts[k] += w * p;
     if (obs.CurrentType != ModelType::RatingScale) continue;
     // The information of a step is unweighted, while the counts are weighted.
@@ -62,24 +63,30 @@ float HeldResidual(const ResponseMoments& moments) {
   return residual > 0 ? size : residual < 0 ? -size : 0.0F;
 }
 
-ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel) {
+ObservationFit FitOf(const Observation& obs, float expected, const Probabilities& probabilities,
+                     const ScaleTables& scales) {
   ObservationFit fit;
-  const float expected = kernel.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, measure);
-  fit.Moments = ObservationMoments(kernel, obs.CurrentTop, obs.ObsOrdinal, expected);
+  fit.Moments = ObservationMoments(probabilities, obs.CurrentTop, obs.ObsOrdinal, expected);
   if (obs.Status == ReadStatus::Usable) fit.StandardizedResidual = HeldResidual(fit.Moments);
   if (obs.ObsResponse != obs.ObsOrdinal) fit.ReportingOffset = scales.Scales[obs.CurrentScale].ScaleBottomRaw;
   if (obs.ObsOrdinal < 0) throw FatalError{"Failure (14)! Fair score computation failure."};
   return fit;
 }
 
-void AddToCategories(const Observation& obs, const ObservationFit& fit, const ResponseKernel& kernel, float smallest,
-                     ScaleTables& scales) {
+ObservationFit FitAt(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel) {
+  const float expected = kernel.CategoryProbabilities(obs.CurrentScale, obs.CurrentType, obs.CurrentTop, measure);
+  return FitOf(obs, expected, kernel.Table(), scales);
+}
+
+void AddToCategories(const Observation& obs, const ObservationFit& fit, const Probabilities& probabilities,
+                     float smallest, ScaleTables& scales) {
   const double expected = static_cast<double>(fit.Moments.ExpectedResponse);
-  AddExpectedCounts(obs, fit.Moments.ExpectedResponse, kernel, scales);
+  AddExpectedCounts(obs, fit.Moments.ExpectedResponse, probabilities, scales);
   if (obs.CurrentTop == 1) {
     AddDichotomy(obs, expected, scales);
   } else {
-    AddPolytomy(obs, expected, static_cast<double>(std::max(fit.Moments.ResponseVariance, smallest)), kernel, scales);
+    AddPolytomy(obs, expected, static_cast<double>(std::max(fit.Moments.ResponseVariance, smallest)), probabilities,
+                scales);
   }
   CategoryStatistics& observed = scales.CategoryStatistics(obs.CurrentScale, obs.ObsOrdinal);
   const double w = static_cast<double>(obs.ObsWeight);

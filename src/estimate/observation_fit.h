@@ -24,12 +24,16 @@ struct ObservationFit {
 /// Standardized residual z of a response, (x - E) / square root of V, held at 9 in size.
 float HeldResidual(const ResponseMoments& moments);
 
+/// Fit of `obs` where the expected category is `expected` and those of its scale have these probabilities.
+ObservationFit FitOf(const Observation& obs, float expected, const Probabilities& probabilities,
+                     const ScaleTables& scales);
+
 /// Fit of `obs` at `measure` (logit, net). Leaves the category probabilities there in `kernel`.
-ObservationFit FitOf(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel);
+ObservationFit FitAt(const Observation& obs, float measure, const ScaleTables& scales, ResponseKernel& kernel);
 
 /// Adds an observation whose elements are all measurable to the expected counts, information and statistics of the
-/// categories of its scale. The probabilities of `FitOf` must still stand in `kernel`.
-void AddToCategories(const Observation& obs, const ObservationFit& fit, const ResponseKernel& kernel, float smallest,
-                     ScaleTables& scales);
+/// categories of its scale.
+void AddToCategories(const Observation& obs, const ObservationFit& fit, const Probabilities& probabilities,
+                     float smallest, ScaleTables& scales);
 
 }  // namespace tessaly

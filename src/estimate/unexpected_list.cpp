@@ -44,7 +44,7 @@ UnexpectedList CollectUnexpected(float least, std::int32_t most, const Analysis&
   console.ShowMessage(" recomputing residuals ....");
   UnexpectedList list(least, most);
   for (const Observation& obs : ObservationPass(store, analysis, control, console)) {
-    if (obs.Status == ReadStatus::Usable) list.AddUnexpected(obs, FitOf(obs, obs.MeasureSum, analysis.Scales, kernel));
+    if (obs.Status == ReadStatus::Usable) list.AddUnexpected(obs, FitAt(obs, obs.MeasureSum, analysis.Scales, kernel));
   }
   return list;
 }

@@ -37,7 +37,7 @@ void CurveTable::FillRow(std::int32_t row, const GraphScale& scale, float logit,
   const bool counts = scale.ModelKind == ModelType::Poisson && top_ > 1;
   const std::int32_t computed = counts ? kProbabilityTop : std::max(top_, 1);
   const float expected = kernel.CategoryProbabilities(scale.Number, scale.ModelKind, computed, logit);
-  const float variance = ObservationMoments(kernel, computed, 0, expected).ResponseVariance;
+  const float variance = ObservationMoments(kernel.Table(), computed, 0, expected).ResponseVariance;
   const auto put = [&](std::int32_t column, float value) { cells_[Cell(row, column)] = value; };
 
   put(Expected(), expected + static_cast<float>(scale.BottomCategory));

@@ -52,7 +52,7 @@ void FitBiasTerms(const ObservationTerms& finder, const Analysis& analysis, Obse
   for (const Observation& obs : ObservationPass(store, analysis, control, console)) {
     const TermIndex term = finder.TermOf(obs);
     if (term.value == 0) continue;
-    const ObservationFit fit = FitOf(obs, obs.MeasureSum + terms.Terms[term].BiasSize, analysis.Scales, kernel);
+    const ObservationFit fit = FitAt(obs, obs.MeasureSum + terms.Terms[term].BiasSize, analysis.Scales, kernel);
     sums[term].Add(obs.ObsWeight, fit.Moments);
     terms.Fit.AddToSummary(obs, fit);
   }

@@ -54,8 +54,8 @@ class RatingSums {
     Weight = 0;
     Categories.clear();
   }
-  /// `rawCategory`: by ordinal of the row's scale.
-  void Add(const RatedRow& row, const std::vector<std::int32_t>& rawCategory, ResponseKernel& kernel) {
+  /// `rawCategory`: by ordinal of the row's scale. `probabilities` of its ordinals if the row is modelled.
+  void Add(const RatedRow& row, const std::vector<std::int32_t>& rawCategory, const float* probabilities) {
     const double w = static_cast<double>(row.ObsWeight);
     Ratings += 1;
     Weight += w;
@@ -67,9 +67,8 @@ class RatingSums {
       observed.ExpectedWeight += w;
       return;
     }
-    kernel.CategoryProbabilities(row.ObsScale, row.ObsType, row.ObsTop, row.MeasureSum);
     for (std::int32_t k = row.ObsTop; k >= 0; --k) {
-      const double p = static_cast<double>(kernel.Probability(k));
+      const double p = static_cast<double>(probabilities[k]);
       CategorySums& sums = At(rawCategory[static_cast<std::size_t>(k)]);
       sums.Expected += p;
       sums.ExpectedWeight += w * p;
@@ -131,6 +130,7 @@ class AgreementCount {
                          BareText(store_.ValidResponses()) + " observations");
     for (const ScaleNumber scale : analysis_.Scales.Scales.all())
       rawCategories_.push_back(analysis_.Scales.RawCategories(scale));
+    categories_ = static_cast<std::size_t>(analysis_.Scales.TopCategory) + 1;
     Load();
     if (control_.FastForward) return {};
     if (rows_.empty()) return NotComputed("Interrater=0 ; no relevant observations");
@@ -240,13 +240,13 @@ class AgreementCount {
 
   void MatchThing(std::span<const RatedRow> ratings, Agreement& agreement) {
     if (ratings.front().Rater == ratings.back().Rater) return;
+    EvaluateRatings(ratings);
     all_.Clear();
-    for (const RatedRow& row : ratings) all_.Add(row, RawCategories(row), kernel_);
+    for (std::size_t at = 0; at < ratings.size(); ++at) AddTo(all_, ratings, at);
     for (std::size_t at = 0; at < ratings.size();) {
       const ElementIndex rater = ratings[at].Rater;
       own_.Clear();
-      for (; at < ratings.size() && ratings[at].Rater == rater; ++at)
-        own_.Add(ratings[at], RawCategories(ratings[at]), kernel_);
+      for (; at < ratings.size() && ratings[at].Rater == rater; ++at) AddTo(own_, ratings, at);
       const Counts pairs = PairsWithOthers(own_, all_);
       Counts& counts = perRater_[static_cast<std::size_t>(rater.value - agreement.FirstRater.value)];
       counts.Opportunities += pairs.Opportunities;
@@ -257,6 +257,20 @@ class AgreementCount {
       agreement.ExactAgreements += pairs.Exact / 2;
       agreement.ExpectedAgreements += pairs.Expected / 2;
     }
+  }
+
+  void EvaluateRatings(std::span<const RatedRow> ratings) {
+    probabilities_.clear();
+    for (const RatedRow& row : ratings) {
+      if (row.Modelled) kernel_.CategoryProbabilities(row.ObsScale, row.ObsType, row.ObsTop, row.MeasureSum);
+      const Probabilities table = kernel_.Table();
+      for (std::size_t k = 0; k < categories_; ++k)
+        probabilities_.push_back(row.Modelled ? table[static_cast<std::int32_t>(k)] : 0.0F);
+    }
+  }
+
+  void AddTo(RatingSums& sums, std::span<const RatedRow> ratings, std::size_t at) const {
+    sums.Add(ratings[at], RawCategories(ratings[at]), probabilities_.data() + at * categories_);
   }
 
   static RaterAgreement Percentages(const Counts& counts) {
@@ -280,6 +294,10 @@ class AgreementCount {
   std::vector<std::vector<std::int32_t>> rawCategories_;
   std::vector<RatedRow> rows_;
   std::vector<Counts> perRater_;
+  /// Of all scales at most.
+  std::size_t categories_ = 0;
+  /// Of the ratings of one thing, `categories_` each.
+  std::vector<float> probabilities_;
   RatingSums all_;
   RatingSums own_;
 };

@@ -182,13 +182,13 @@ const ResponseKernel::BinomialTerms& ResponseKernel::BinomialTermsOf(std::int32_
 }
 
 LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
-                                       std::int32_t category) const {
+                                       std::int32_t category, const Probabilities& probabilities) const {
   const float* step = scales_.CategoryStep.Row(scale);
   LogOdds odds;
   if (top <= 1) {
     const float s1 = measure - step[1];
-    odds.Mean = s1 * probability_[1];
-    odds.MeanSquare = s1 * s1 * probability_[1];
+    odds.Mean = s1 * probabilities[1];
+    odds.MeanSquare = s1 * s1 * probabilities[1];
     odds.AtObserved = category == 1 ? s1 : 0.0F;
     return odds;
   }
@@ -204,7 +204,7 @@ LogOdds ResponseKernel::LogOddsMoments(ScaleNumber scale, ModelType type, std::i
   float sum = 0;
   for (std::int32_t k = 1; k <= last; ++k) {
     sum = static_cast<float>(static_cast<double>(sum + measure) - stepTerm(k));
-    const float p = Probability(k);
+    const float p = probabilities[k];
     odds.Mean += sum * p;
     odds.MeanSquare += sum * sum * p;
     if (k == category) odds.AtObserved = sum;

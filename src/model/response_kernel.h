@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "model/probabilities.h"
 #include "state/models.h"
 #include "state/scales.h"
 
@@ -53,16 +54,16 @@ class ResponseKernel {
   ProbedScore ProbedProbabilities(ScaleNumber scale, ModelType type, std::int32_t top, float measure, float probe);
 
   /// Probability of category `k`, 0..kProbabilityTop; 0 above `ComputedTop()`.
-  float Probability(std::int32_t k) const {
-    return k <= computedTop_ ? probability_[static_cast<std::size_t>(k)] : 0.0F;
-  }
+  float Probability(std::int32_t k) const { return Table()[k]; }
+  /// All of them, until the next call.
+  Probabilities Table() const { return {probability_.data(), computedTop_}; }
   /// Highest category that the last call computed: `top`, or for Poisson a count beyond it.
   std::int32_t ComputedTop() const { return computedTop_; }
 
-  /// Moments of S(k), the exponent of category k before the shift, over the probabilities of the last call, which must
-  /// have been at the same place. `category` is the observed ordinal.
-  LogOdds LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure,
-                         std::int32_t category) const;
+  /// Moments of S(k), the exponent of category k before the shift, over the `probabilities` at `measure` (logit).
+  /// `category` is the observed ordinal.
+  LogOdds LogOddsMoments(ScaleNumber scale, ModelType type, std::int32_t top, float measure, std::int32_t category,
+                         const Probabilities& probabilities) const;
 
   /// Statistic T(k) of a discrimination: the exponent of category k holds -s T(k). Binomial: minus ln of the binomial
   /// coefficient; Poisson: ln k!.

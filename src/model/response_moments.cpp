@@ -6,7 +6,7 @@
 
 namespace tessaly {
 
-ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal,
+ResponseMoments ObservationMoments(const Probabilities& probabilities, std::int32_t top, std::int32_t ordinal,
                                    float expected) {
   const double e = static_cast<double>(expected);
   double m2 = e;
@@ -16,7 +16,7 @@ ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t to
     m2 = m3 = m4 = 0;
     for (std::int32_t k = top; k >= 1; --k) {
       const double x = static_cast<double>(k);
-      const double p = static_cast<double>(kernel.Probability(k));
+      const double p = static_cast<double>(probabilities[k]);
       m2 += x * x * p;
       m3 += x * x * x * p;
       m4 += x * x * x * x * p;

@@ -32,9 +32,9 @@ inline float EstimationVariance(const ResponseKernel& kernel, std::int32_t top, 
   return squares - expected * expected;
 }
 
-/// The statistics of response `ordinal`, straight after `kernel.CategoryProbabilities` gave `expected` at `top`
-/// (Wright & Masters 1982, chapter 5). Variances in divisors are at least 1e-9.
-ResponseMoments ObservationMoments(const ResponseKernel& kernel, std::int32_t top, std::int32_t ordinal,
+/// The statistics of response `ordinal` on a scale of `top`, by the probabilities of its categories and the `expected`
+/// category (Wright & Masters 1982, chapter 5). Variances in divisors are at least 1e-9.
+ResponseMoments ObservationMoments(const Probabilities& probabilities, std::int32_t top, std::int32_t ordinal,
                                    float expected);
 
 }  // namespace tessaly

@@ -106,7 +106,7 @@ Figures FiguresOf(const Observation& obs, const Analysis& analysis, ResponseKern
   if (obs.ObsResponse != obs.ObsOrdinal) figures.Step += analysis.Scales.Scales[obs.CurrentScale].ScaleBottomRaw;
   if (!TakesPart(obs.Status)) return figures;
   const Settings& settings = analysis.Settings;
-  const ObservationFit fit = FitOf(obs, obs.MeasureSum, analysis.Scales, kernel);
+  const ObservationFit fit = FitAt(obs, obs.MeasureSum, analysis.Scales, kernel);
   const float probability = std::max(kernel.Probability(obs.ObsOrdinal), settings.SmallestNumber);
   figures.Expected = fit.ReportedExpectation();
   figures.Residual = fit.Moments.ResponseResidual;

@@ -86,7 +86,7 @@ TEST(ResponseKernel, ProbabilitiesExpectationsAndMomentsAreThoseOfTheFormulas) {
       const double expected = closedPoisson ? std::exp(m) : Expected(p, [](int k) { return k; });
       EXPECT_NEAR(double{e}, expected, 1e-5 * (1 + expected));
 
-      const LogOdds odds = kernel.LogOddsMoments(kScale, model.Type, model.Top, single, 1);
+      const LogOdds odds = kernel.LogOddsMoments(kScale, model.Type, model.Top, single, 1, kernel.Table());
       const auto s = [&](int k) { return k * m - model.T(k); };
       EXPECT_NEAR(double{odds.Mean}, Expected(p, s), 1e-4 * (1 + std::fabs(Expected(p, s))));
       const double square = Expected(p, [&](int k) { return s(k) * s(k); });
@@ -94,7 +94,7 @@ TEST(ResponseKernel, ProbabilitiesExpectationsAndMomentsAreThoseOfTheFormulas) {
       EXPECT_NEAR(double{odds.AtObserved}, s(1), 1e-5);
 
       if (model.Type == ModelType::Poisson) continue;  // counts stop short of their distribution
-      const ResponseMoments moments = ObservationMoments(kernel, model.Top, 1, e);
+      const ResponseMoments moments = ObservationMoments(kernel.Table(), model.Top, 1, e);
       const auto central = [&](int power) { return Expected(p, [&](int k) { return std::pow(k - expected, power); }); };
       EXPECT_NEAR(double{moments.ResponseVariance}, central(2), 2e-5);
       EXPECT_NEAR(double{moments.ResidualVarianceTerm}, central(4) - central(2) * central(2), 2e-3);
@@ -128,7 +128,7 @@ TEST(ResponseKernel, HoldsAtTheEndsOfTheRange) {
   EXPECT_EQ(at(ModelType::RatingScale, 2, -1000), 0);
   EXPECT_EQ(kernel.Probability(0), 1);
   // An all-or-none table has no variance: 1e-9 stands in for it.
-  const ResponseMoments moments = ObservationMoments(kernel, 2, 1, 0);
+  const ResponseMoments moments = ObservationMoments(kernel.Table(), 2, 1, 0);
   EXPECT_EQ(moments.ResponseVariance, 0);
   EXPECT_FLOAT_EQ(moments.ResidualSquareZ, 1e9F);
   EXPECT_EQ(at(ModelType::Binomial, 1, 1000), 1);
@@ -149,7 +149,7 @@ TEST(ResponseKernel, AKeptCategoryHasNoProbabilityAndTheStepsBesideItSpanTwo) {
   EXPECT_EQ(kernel.Probability(2), 0);
   EXPECT_NEAR(double{kernel.Probability(3)}, terms[2] / total, 3e-6);
   EXPECT_NEAR(double{e}, (terms[1] + 3 * terms[2]) / total, 1e-5);
-  const LogOdds odds = kernel.LogOddsMoments(kScale, ModelType::RatingScale, 3, 0.4F, 3);
+  const LogOdds odds = kernel.LogOddsMoments(kScale, ModelType::RatingScale, 3, 0.4F, 3, kernel.Table());
   EXPECT_NEAR(double{odds.AtObserved}, 3 * m + 0.5 - 0.75, 1e-6);
 }
 
