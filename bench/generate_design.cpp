@@ -3,7 +3,8 @@
 // The responses follow the rating scale model (Andrich 1978; Wright & Masters 1982)
 //   P(k) ∝ exp Σ_{j=1..k} (B_n − C_r − D_t − E_c − F_j),  k = 0..categories-1
 // The design is incomplete, yet every measure is tied to every other: examinees take turns in being rated by two
-// neighbouring raters on one task, and by one rater on two neighbouring tasks. All criteria are rated each time.
+// neighbouring raters on one task, and by one rater on two neighbouring tasks; or raters and tasks are drawn each time.
+// All criteria are rated each time.
 // Output depends on nothing but the options: random numbers and the exponential function are our own, and all other
 // arithmetic is exact by IEEE 754. Lines are written as they are drawn, so memory does not grow with the design.
 #include <charconv>
@@ -27,6 +28,7 @@ struct Design {
   std::int64_t Categories = 5;
   /// Lines of data for each examinee; a line holds one rater's responses to all criteria of one task.
   std::int64_t Ratings = 4;
+  std::int64_t Mixed = 0;
   std::int64_t Seed = 1;
   std::string Folder;
 };
@@ -38,11 +40,13 @@ struct Option {
 };
 constexpr Option kOptions[] = {
     {"--examinees", "number of examinees", &Design::Examinees, 2, 3'000'000},
-    {"--raters", "number of raters", &Design::Raters, 2, 10'000},
+    {"--raters", "number of raters", &Design::Raters, 2, 100'000},
     {"--tasks", "number of tasks", &Design::Tasks, 2, 10'000},
     {"--criteria", "number of criteria", &Design::Criteria, 1, 1'000},
     {"--categories", "categories of the rating scale, counted from 0", &Design::Categories, 2, 10},
     {"--ratings", "ratings for each examinee, each on all criteria", &Design::Ratings, 2, 10'000},
+    {"--mixed", "1: raters and tasks are drawn for each rating; 0: neighbours, which links them as weakly as can be",
+     &Design::Mixed, 0, 1},
     {"--seed", "start of the random numbers", &Design::Seed, 0, INT64_MAX},
 };
 
@@ -195,6 +199,7 @@ struct Assignment {
   std::int64_t Rater, Task;
 };
 Assignment Assign(const Design& design, std::int64_t examinee, std::int64_t rating, Random& random) {
+  if (design.Mixed != 0) return {random.Below(design.Raters), random.Below(design.Tasks)};
   const bool linksRaters = examinee % 2 == 0;
   const std::int64_t turn = examinee / 2;
   const std::int64_t rater = linksRaters || rating > 1 ? turn + rating : turn;
@@ -274,6 +279,7 @@ Design ReadOptions(int count, char** words) {
   if (*words[i] == '-') throw std::runtime_error("unknown option " + std::string(words[i]));
   design.Folder = words[i];
   // Each rater rates an examinee once or on two tasks, and the turns must come round to every rater and task.
+  if (design.Mixed != 0) return design;
   if (design.Ratings > design.Raters) throw std::runtime_error("more ratings than raters");
   if (design.Examinees < 2 * design.Raters || design.Examinees < 2 * design.Tasks) {
     throw std::runtime_error("fewer than two examinees for each rater and task");

@@ -130,7 +130,9 @@ class AgreementCount {
                          BareText(store_.ValidResponses()) + " observations");
     for (const ScaleNumber scale : analysis_.Scales.Scales.all())
       rawCategories_.push_back(analysis_.Scales.RawCategories(scale));
-    categories_ = static_cast<std::size_t>(analysis_.Scales.TopCategory) + 1;
+    for (const Scale& scale : analysis_.Scales.Scales)
+      categories_ =
+          std::max(categories_, static_cast<std::size_t>(std::max<std::int16_t>(scale.ScaleTopCategory, 0)) + 1);
     Load();
     if (control_.FastForward) return {};
     if (rows_.empty()) return NotComputed("Interrater=0 ; no relevant observations");
