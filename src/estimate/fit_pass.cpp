@@ -41,11 +41,13 @@ void FitPass::Run() {
   FitEvaluator reading(analysis_, hardwareExponent_, means);
   FitEvaluator adding(analysis_, hardwareExponent_, means);
   ObservationView view(analysis_, means);
+  CarriedFitSums carried(sums_);
   OrderedPipeline<FitBlock> pipeline(
       pass.ValidResponses() >= kManyObservations, [&] { return FitBlock(pass.Positions(), analysis_.Scales); },
       [&](FitBlock& block) {
         adding.Evaluate(block);
         Add(block, adding, view);
+        carried.Count(block.Observations.Size);
       });
   while (true) {
     FitBlock& block = pipeline.Free();
@@ -55,6 +57,7 @@ void FitPass::Run() {
     pipeline.Submit();
   }
   pipeline.Finish();
+  carried.Finish();
 }
 
 void FitPass::PrepareScaleTables() {
@@ -212,7 +215,7 @@ void FitPass::FinishElement(ElementIndex element) {
     fit.InfitZStd = infit.ZStd;
     fit.InfitFreedom = infit.Freedom;
     const FitStatistic outfit =
-        Standardize(record.ObservedCount, sums.Kurtosis - static_cast<double>(record.ObservedCount),
+        Standardize(static_cast<float>(record.ObservedCount), sums.Kurtosis - record.ObservedCount,
                     sums.ResidualSquaresZ, settings.Whexact, settings.SmallestNumber);
     fit.OutfitMeanSquare = outfit.MeanSquare;
     fit.OutfitZStd = outfit.ZStd;

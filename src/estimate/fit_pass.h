@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/observation_store.h"
+#include "estimate/carried_sums.h"
 #include "estimate/cross_reference.h"
 #include "estimate/data_fit.h"
 #include "estimate/fit_block.h"
@@ -39,6 +40,10 @@ struct FitSums {
 
   FitSums& operator+=(const FitSums& other);
 };
+
+using CarriedFitSums = CarriedSums<ElementIndex, FitSums, &FitSums::Information, &FitSums::ResidualSquares,
+                                   &FitSums::ResidualSquaresZ, &FitSums::Expected, &FitSums::LogOddsObserved,
+                                   &FitSums::LogOddsMean, &FitSums::LogOddsVariance, &FitSums::FairScoreSum>;
 
 /// Reads all observations once at the final estimates. Fills category statistics, expected counts and step information
 /// of the scales, the facets' mean measures and label widths; then `Finish` turns the element sums into fit statistics.

@@ -17,7 +17,7 @@ constexpr std::size_t kAhead = 16;
 }  // namespace
 
 JmleSums::JmleSums(float probe, ResponseKernel& kernel, Table<ElementIndex, EstimationSums>& sums, ScaleTables& scales)
-    : probe_(probe), kernel_(kernel), sums_(sums), scales_(scales) {}
+    : probe_(probe), kernel_(kernel), sums_(sums), scales_(scales), carried_(sums) {}
 
 ScoreEvaluator JmleSums::MakeEvaluator() const {
   return {scales_, kernel_.HardwareExponent(), probe_};
@@ -48,6 +48,7 @@ void JmleSums::Add(const JmleBlock& block) {
       AddUnscored(observations, at);
     }
   }
+  carried_.Count(observations.Size);
 }
 
 void JmleSums::Prefetch(const ObservationBlock& block, std::size_t at) const {
@@ -144,6 +145,7 @@ void SumPass(ObservationPass& pass, JmleSums& sums, const std::function<void(con
     pipeline.Submit();
   }
   pipeline.Finish();
+  sums.Finish();
 }
 
 }  // namespace tessaly

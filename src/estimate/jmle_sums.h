@@ -7,6 +7,7 @@
 
 #include "data/observation_block.h"
 #include "data/observation_pass.h"
+#include "estimate/carried_sums.h"
 #include "model/response_kernel.h"
 #include "model/score_block.h"
 #include "state/elements.h"
@@ -38,6 +39,8 @@ class JmleSums {
   static void Evaluate(JmleBlock& block, ScoreEvaluator& evaluator);
   /// Adds the evaluated observations of `block`.
   void Add(const JmleBlock& block);
+  /// Call once, after the last block.
+  void Finish() { carried_.Finish(); }
 
  private:
   /// Results of one observation: expected category at the measure and at the probe, information.
@@ -58,6 +61,7 @@ class JmleSums {
   ResponseKernel& kernel_;
   Table<ElementIndex, EstimationSums>& sums_;
   ScaleTables& scales_;
+  CarriedSums<ElementIndex, EstimationSums, &EstimationSums::Information> carried_;
 };
 
 /// Adds all observations of `pass` to `sums`, on two processors if that is worthwhile. `look` sees each block when it

@@ -15,9 +15,9 @@ void ObservedTotals::Add(const Observation& obs) {
     if (!own.Collects(obs.Status)) continue;
     const std::int32_t raw = own.Negative ? obs.CurrentTop - obs.ObsResponse : obs.ObsResponse;
     ElementRecord& record = elements_.ElementStats[own.CurrentElement];
-    record.ObservedCount += w;
+    record.ObservedCount += static_cast<double>(w);
     if (w != 0 && (record.SmallestWeight == 0 || record.SmallestWeight > w)) record.SmallestWeight = w;
-    record.RawScore += w * static_cast<float>(raw);
+    record.RawScore += static_cast<double>(w * static_cast<float>(raw));
     record.PossibleScore += static_cast<double>(possible);
     record.ObservedScore += static_cast<double>(own.Negative ? possible - score : score);
   }

@@ -19,8 +19,8 @@ namespace {
 /// Of a heading over a number, behind its blank.
 constexpr int kHeadingWidth = 9;
 
-float PerCount(float sum, float count) {
-  return sum / (count == 0 ? 1.0F : count);
+float PerCount(double sum, double count) {
+  return static_cast<float>(sum / (count == 0 ? 1.0 : count));
 }
 
 std::string CorrelationHeading(char ptBiserial) {
@@ -81,8 +81,9 @@ class ScoreLines {
             [this, decimals, value](ElementIndex element) { return cells_.CellFixedN(value(element), decimals); }};
   }
 
-  ScoreField OfRecord(const std::string& heading, float ElementRecord::*field) const {
-    return Figure(heading, 2, [this, field](ElementIndex element) { return elements_.ElementStats[element].*field; });
+  ScoreField OfRecord(const std::string& heading, double ElementRecord::*field) const {
+    return {NumberHeading(heading),
+            [this, field](ElementIndex element) { return cells_.CellSum(elements_.ElementStats[element].*field); }};
   }
 
   ScoreField OfFit(const std::string& heading, float ElementFit::*field) const {
@@ -121,7 +122,8 @@ class ScoreLines {
                }),
         Figure(settings_.FairOption == 'M' ? "FairMAvge" : "FairZAvge", 2,
                [this](ElementIndex element) {
-                 return PerCount(elements_.Fit[element].FairScoreSum, elements_.ElementStats[element].ObservedCount);
+                 return PerCount(static_cast<double>(elements_.Fit[element].FairScoreSum),
+                                 elements_.ElementStats[element].ObservedCount);
                }),
         Figure("Measure", settings_.Udecimals,
                [this](ElementIndex element) { return settings_.UserMeasure(elements_.ElementMeasure[element]); }),
@@ -141,7 +143,7 @@ class ScoreLines {
         Whole("Status",
               [this](ElementIndex element) { return static_cast<std::int32_t>(elements_.ElementStatus[element]); }),
         Whole("Group", [this](ElementIndex element) { return elements_.ElementGroup[element]; }),
-        OfRecord("Weight", &ElementRecord::ElementWeight),
+        Figure("Weight", 2, [this](ElementIndex element) { return elements_.ElementStats[element].ElementWeight; }),
         Whole("Sign", [this](ElementIndex) { return facet_.ShowsPositive() ? 1 : -1; }),
         ChiSquare("InfChiSqu", &ElementFit::InfitFreedom, &ElementFit::InfitMeanSquare),
         OfFit("Infitdf", &ElementFit::InfitFreedom),

@@ -24,8 +24,8 @@ struct ElementView {
   const ElementRecord& Record;
   const ElementFit& Fit;
 
-  float Score() const { return Settings.TotalScore ? Record.AllScore : Record.RawScore; }
-  float Count() const { return Settings.TotalScore ? Record.AllCount : Record.ObservedCount; }
+  double Score() const { return Settings.TotalScore ? Record.AllScore : Record.RawScore; }
+  double Count() const { return Settings.TotalScore ? Record.AllCount : Record.ObservedCount; }
 };
 
 bool Observed(const ElementView& element) {
@@ -39,8 +39,8 @@ bool Fitted(const ElementView& element) {
   return Observed(element) && Measurable(element.Status);
 }
 
-float PerCount(float sum, float count) {
-  return sum / (count == 0 ? 1.0F : count);
+float PerCount(double sum, double count) {
+  return static_cast<float>(sum / (count == 0 ? 1.0 : count));
 }
 
 /// Items of the same axis are drawn over the values of all of them: in all facets, or in their own alone.
@@ -71,11 +71,11 @@ std::vector<Item> ShownItems(const Settings& settings) {
       {"Outfit MnSq:", true, Axis::MeanSquare, Fitted, [](View e) { return e.Fit.OutfitMeanSquare; }},
       {"Infit ZStd:", true, Axis::ZStd, Fitted, [](View e) { return e.Fit.InfitZStd; }},
       {"Outfit ZStd:", true, Axis::ZStd, Fitted, [](View e) { return e.Fit.OutfitZStd; }},
-      {"Count:", false, Axis::OfFacet, Observed, [](View e) { return e.Count(); }},
-      {"Raw:", false, Axis::OfFacet, Observed, [](View e) { return e.Score(); }},
+      {"Count:", false, Axis::OfFacet, Observed, [](View e) { return static_cast<float>(e.Count()); }},
+      {"Raw:", false, Axis::OfFacet, Observed, [](View e) { return static_cast<float>(e.Score()); }},
       {"Average:", false, Axis::OfFacet, Observed, [](View e) { return PerCount(e.Score(), e.Count()); }},
       {"Fair:", false, Axis::FairAverage, Fitted,
-       [](View e) { return PerCount(e.Fit.FairScoreSum, e.Record.ObservedCount); }},
+       [](View e) { return PerCount(static_cast<double>(e.Fit.FairScoreSum), e.Record.ObservedCount); }},
   };
   if (settings.PtBiserial != 'N') {
     items.push_back({CorrelationLabel(settings.PtBiserial), false, Axis::OfFacet, Observed,

@@ -20,8 +20,8 @@ float CutToOneDecimal(float value) {
   return std::trunc(value * 10) / 10;
 }
 
-double PerCount(float sum, float count) {
-  return static_cast<double>(sum) / (count == 0 ? 1.0 : static_cast<double>(count));
+double PerCount(double sum, double count) {
+  return sum / (count == 0 ? 1.0 : count);
 }
 
 CorrelationColumns CorrelationOf(char ptBiserial) {
@@ -77,12 +77,12 @@ MeasurementRows::Kind MeasurementRows::KindOf(ElementIndex element) const {
 
 double MeasurementRows::Score(ElementIndex element) const {
   const ElementRecord& record = elements_.ElementStats[element];
-  return static_cast<double>(settings_.TotalScore ? record.AllScore : record.RawScore);
+  return settings_.TotalScore ? record.AllScore : record.RawScore;
 }
 
 double MeasurementRows::Count(ElementIndex element) const {
   const ElementRecord& record = elements_.ElementStats[element];
-  return static_cast<double>(settings_.TotalScore ? record.AllCount : record.ObservedCount);
+  return settings_.TotalScore ? record.AllCount : record.ObservedCount;
 }
 
 double MeasurementRows::Average(ElementIndex element) const {
@@ -92,7 +92,8 @@ double MeasurementRows::Average(ElementIndex element) const {
 }
 
 double MeasurementRows::FairAverage(ElementIndex element) const {
-  return PerCount(elements_.Fit[element].FairScoreSum, elements_.ElementStats[element].ObservedCount);
+  return PerCount(static_cast<double>(elements_.Fit[element].FairScoreSum),
+                  elements_.ElementStats[element].ObservedCount);
 }
 
 std::string MeasurementRows::Measure(ElementIndex element) const {

@@ -1,5 +1,7 @@
 #include "reports/output_cell.h"
 
+#include <cmath>
+
 #include "support/bytes.h"
 #include "support/number_text.h"
 
@@ -39,6 +41,12 @@ std::string OutputCell::CellFixed4(float value) const {
 
 std::string OutputCell::CellFixedN(float value, int decimals) const {
   return FixedFields() ? FormatSingle(value, kFieldWidth, decimals) : FixedDecimals(value, decimals) + delimiter_;
+}
+
+std::string OutputCell::CellSum(double value) const {
+  constexpr double kWholeSingles = 16777216;
+  if (!FixedFields() || std::fabs(value) <= kWholeSingles) return CellFixed2(static_cast<float>(value));
+  return FormatNumber(value, kFieldWidth, 2);
 }
 
 }  // namespace tessaly

@@ -19,6 +19,8 @@ class OutputCell {
   std::string CellFixed2(float value) const;
   std::string CellFixed4(float value) const;
   std::string CellFixedN(float value, int decimals) const;
+  /// A sum with two decimals, as the single that it is nearest to as long as singles hold all whole numbers.
+  std::string CellSum(double value) const;
 
  private:
   bool FixedFields() const { return delimiter_ == " "; }

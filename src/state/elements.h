@@ -36,14 +36,14 @@ struct ElementRecord {
   double ObservedScore = 0;
   /// Sum of weight times the top category; 0 without observations.
   double PossibleScore = 0;
-  float ObservedCount = 0;
+  double ObservedCount = 0;
+  /// Sum of weight times raw response.
+  double RawScore = 0;
+  /// `RawScore` and `ObservedCount` of the first pass: they include observations in extreme scores.
+  double AllScore = 0;
+  double AllCount = 0;
   /// Smallest non-zero weight met.
   float SmallestWeight = 0;
-  /// Sum of weight times raw response.
-  float RawScore = 0;
-  /// `RawScore` and `ObservedCount` of the first pass: they include observations in extreme scores.
-  float AllScore = 0;
-  float AllCount = 0;
   /// Fifth field of the element line; multiplies the weight of each observation of the element.
   float ElementWeight = 1;
   /// User value in logits before the estimation; 0 for none (a user value of 0 is `SmallestNumber` unless it is an

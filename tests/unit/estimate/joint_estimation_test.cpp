@@ -234,7 +234,7 @@ TEST(FitPass, RealErrorsFairAveragesAndDisplacements) {
     EXPECT_NEAR(double{fit.InfitZStd - real.Fit(2, item).InfitZStd}, std::sqrt(2 / double{fit.InfitFreedom}) / 3, 1e-4);
     // Among average persons, and among persons at 0.
     const auto average = [&](const FinishedAnalysis& of) {
-      return double{of.Fit(2, item).FairScoreSum / of.Stats(2, item).ObservedCount};
+      return double{of.Fit(2, item).FairScoreSum} / of.Stats(2, item).ObservedCount;
     };
     EXPECT_NEAR(average(run), logistic(MeanOf(run, 1, 1, 12) - run.Measure(2, item)), 1e-4);
     EXPECT_NEAR(average(real), logistic(-run.Measure(2, item)), 1e-4);

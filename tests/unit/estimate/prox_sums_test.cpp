@@ -112,12 +112,12 @@ TEST(ObservedTotals, CountWeightedOrdinalsAndTurnNegativePositionsOver) {
   bed.Pass({{1, 2, 2, 2.5F}, {2, 1, 4, 0.5F}, {1, 3, 4, 1.0F}, {1, 2, 4, 0.0F}},
            [&](const Observation& obs) { totals.Add(obs); });
   EXPECT_TRUE(totals.DataSeen());
-  const auto expect = [&](int e, double score, double possible, float count, float raw, float smallest) {
+  const auto expect = [&](int e, double score, double possible, double count, double raw, float smallest) {
     const ElementRecord& record = bed.A.Elements.ElementStats[{e}];
     EXPECT_DOUBLE_EQ(record.ObservedScore, score) << e;
     EXPECT_DOUBLE_EQ(record.PossibleScore, possible) << e;
-    EXPECT_FLOAT_EQ(record.ObservedCount, count) << e;
-    EXPECT_FLOAT_EQ(record.RawScore, raw) << e;
+    EXPECT_DOUBLE_EQ(record.ObservedCount, count) << e;
+    EXPECT_DOUBLE_EQ(record.RawScore, raw) << e;
     EXPECT_FLOAT_EQ(record.SmallestWeight, smallest) << e;
   };
   // Ordinals 1, 2 of top 2; raw responses 2, 4, turned over from the top of 2.
@@ -126,6 +126,16 @@ TEST(ObservedTotals, CountWeightedOrdinalsAndTurnNegativePositionsOver) {
   expect(3, 0, 2, 1, 2 - 4, 1);
   EXPECT_EQ(bed.A.Scales.CategoryCount(kScale, 1), 2.5);
   EXPECT_EQ(bed.A.Scales.CategoryCount(kScale, 2), 0.5);
+}
+
+TEST(ObservedTotals, CountBeyondTheWholeNumbersOfASingle) {
+  Bed bed;
+  ObservedTotals totals(bed.A.Elements, bed.A.Scales);
+  bed.Pass({{1, 5, 4, 16777216.0F}, {1, 5, 1, 1.0F}, {1, 5, 1, 1.0F}, {1, 5, 1, 1.0F}},
+           [&](const Observation& obs) { totals.Add(obs); });
+  const ElementRecord& record = bed.A.Elements.ElementStats[{5}];
+  EXPECT_EQ(record.ObservedCount, 16777219);
+  EXPECT_EQ(record.RawScore, 67108867);
 }
 
 TEST(ProxSums, HoldTheMeasuresOfTheOthersWithTheWeightSquared) {
