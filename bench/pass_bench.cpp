@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "data/observation_pass.h"
@@ -23,7 +24,6 @@ namespace {
 
 using namespace tessaly;
 
-constexpr std::int32_t kTop = RatingDesign::kTop;
 constexpr float kProbe = 0.5F;
 constexpr float kShift = 80.0F;
 
@@ -51,8 +51,8 @@ void TimePass(benchmark::State& state, Bed& bed, Pass pass) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void JmlePass(benchmark::State& state) {
-  Bed bed(state.range(0));
+void JmlePass(benchmark::State& state, const RatingDesign& design) {
+  Bed bed(state.range(0), design);
   Table<ElementIndex, EstimationSums> sums(bed.A.Elements.ElementCount());
   TimePass(state, bed, [&](Bed& b) {
     JmleSums pass(kProbe, b.Kernel, sums, b.A.Scales);
@@ -144,31 +144,41 @@ void SubsetSearch(benchmark::State& state, const RatingDesign& design) {
 }
 
 /// The same sums from arrays in memory, written down as plainly as can be.
+template <std::size_t kFacets, std::size_t kTop>
 class PlainLoop {
  public:
   PlainLoop(const RatingDesign& design, const Analysis& a, std::int64_t count)
       : measure_(a.Elements.ElementMeasure.begin(), a.Elements.ElementMeasure.end()), sums_(measure_.size()) {
     Random random;
+    const auto firstOfLast = static_cast<std::size_t>(a.Elements.ElementCount() - design.Scales());
     for (std::int64_t n = 0; n < count; ++n) {
-      std::array<ElementIndex, 3> elements;
+      std::array<ElementIndex, kFacets> elements;
       design.Draw(n, count, random, elements.data());
       random.Below(kTop + 1);
-      data_.push_back({elements[0].value - 1, elements[1].value - 1, elements[2].value - 1, 1.0F});
+      Rating rating;
+      for (std::size_t f = 0; f < kFacets; ++f) rating.element[f] = static_cast<std::size_t>(elements[f].value - 1);
+      rating.scale = design.ScaleOfItsOwn ? rating.element.back() - firstOfLast : 0;
+      data_.push_back(rating);
     }
-    for (std::int32_t k = 1; k <= kTop; ++k) step_[static_cast<std::size_t>(k)] = static_cast<float>(k) - 2.5F;
+    for (std::int32_t s = 0; s < design.Scales(); ++s) {
+      Scale& scale = scales_.emplace_back();
+      for (std::int32_t k = 1; k <= design.Top; ++k) scale.step[static_cast<std::size_t>(k)] = design.Step(s, k);
+    }
   }
 
   double Run() {
     for (const Rating& rating : data_) {
-      const float sum = measure_[At(rating.a)] - measure_[At(rating.b)] - measure_[At(rating.c)];
-      const float probed = Expected(sum - kProbe);
-      const float expected = Expected(sum);
+      float sum = measure_[rating.element[0]];
+      for (std::size_t f = 1; f < kFacets; ++f) sum -= measure_[rating.element[f]];
+      Scale& scale = scales_[rating.scale];
+      const float probed = Expected(scale, sum - kProbe);
+      const float expected = Expected(scale, sum);
       float squares = 0;
       for (std::size_t k = kTop; k >= 1; --k) squares += static_cast<float>(k * k) * p_[k];
-      for (std::size_t k = 0; k <= kTop; ++k) category_[k] += static_cast<double>(rating.w * p_[k]);
+      for (std::size_t k = 0; k <= kTop; ++k) scale.category[k] += static_cast<double>(rating.w * p_[k]);
       const float information = (squares - expected * expected) * rating.w;
-      for (const std::int32_t element : {rating.c, rating.b, rating.a}) {
-        Sums& sums = sums_[At(element)];
+      for (std::size_t f = kFacets; f-- > 0;) {
+        Sums& sums = sums_[rating.element[f]];
         sums.information += information;
         sums.expected += static_cast<double>(expected * rating.w);
         sums.probed += static_cast<double>(probed * rating.w);
@@ -179,21 +189,24 @@ class PlainLoop {
 
  private:
   struct Rating {
-    std::int32_t a, b, c;
-    float w;
+    std::array<std::size_t, kFacets> element;
+    std::size_t scale;
+    float w = 1;
   };
   struct Sums {
     double expected, probed;
     float information;
   };
+  struct Scale {
+    std::array<float, kTop + 1> step{};
+    std::array<double, kTop + 1> category{};
+  };
 
-  static std::size_t At(std::int32_t element) { return static_cast<std::size_t>(element); }
-
-  float Expected(float measure) {
+  float Expected(const Scale& scale, float measure) {
     float sum = 0;
     float highest = 0;
     for (std::size_t k = 1; k <= kTop; ++k) {
-      sum = sum + measure - step_[k];
+      sum = sum + measure - scale.step[k];
       p_[k] = sum;
       highest = std::max(highest, sum);
     }
@@ -216,20 +229,43 @@ class PlainLoop {
   std::vector<float> measure_;
   std::vector<Sums> sums_;
   std::vector<Rating> data_;
-  std::array<float, kTop + 1> step_{};
+  std::vector<Scale> scales_;
   std::array<float, kTop + 1> p_{};
-  std::array<double, kTop + 1> category_{};
 };
 
-void PlainPass(benchmark::State& state) {
-  PlainLoop loop(ThreeFacets(), ThreeFacets().Tables(), state.range(0));
+template <std::size_t kFacets, std::size_t kTop>
+void PlainPass(benchmark::State& state, const RatingDesign& design) {
+  PlainLoop<kFacets, kTop> loop(design, design.Tables(), state.range(0));
   for (auto _ : state) benchmark::DoNotOptimize(loop.Run());
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 constexpr std::int64_t kMillion = 1000000;
-BENCHMARK(JmlePass)->Arg(kMillion)->Arg(10 * kMillion)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(PlainPass)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+/// A pass and the plain loop, one after the other.
+template <std::size_t kFacets, std::size_t kTop>
+void Compare(const std::string& name, const RatingDesign& design) {
+  benchmark::RegisterBenchmark(("JmlePass/" + name).c_str(), [design](benchmark::State& s) { JmlePass(s, design); })
+      ->Arg(kMillion)
+      ->Unit(benchmark::kMillisecond)
+      ->UseRealTime();
+  benchmark::RegisterBenchmark(("PlainPass/" + name).c_str(),
+                               [design](benchmark::State& s) { PlainPass<kFacets, kTop>(s, design); })
+      ->Arg(kMillion)
+      ->Unit(benchmark::kMillisecond)
+      ->UseRealTime();
+}
+
+const bool kCompared = [] {
+  Compare<3, 1>("Dichotomous", {{10000, 200, 10}, true, 1});
+  Compare<3, 4>("FiveCategories", ThreeFacets());
+  Compare<3, 9>("TenCategories", {{10000, 200, 10}, true, 9});
+  Compare<3, 4>("ScaleForEachTask", {{10000, 200, 10}, true, 4, true});
+  Compare<6, 4>("SixFacets", {{10000, 50, 10, 5, 4, 3}});
+  Compare<3, 4>("ManyElements", {{500000, 200, 10}});
+  Compare<3, 4>("ManyElementsInAnyOrder", {{500000, 200, 10}, false});
+  return true;
+}();
+
 BENCHMARK(FitStatistics)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(PointBiserialCorrelations)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(RaterAgreement)->Arg(kMillion)->Unit(benchmark::kMillisecond);

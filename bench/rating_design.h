@@ -23,14 +23,21 @@ class Random {
   std::uint64_t state_ = 20240229;
 };
 
-/// Ratings in categories 0..kTop by a rating scale of equidistant steps.
+/// Ratings in categories 0..Top by rating scales of equidistant steps.
 struct RatingDesign {
-  static constexpr std::int32_t kTop = 4;
-
   /// Elements of each facet.
   std::vector<std::int32_t> Elements;
   /// Data are commonly sorted by the first facet; the others come as they come.
   bool Sorted = true;
+  std::int32_t Top = 4;
+  /// One scale for each element of the last facet, in place of one for all.
+  bool ScaleOfItsOwn = false;
+
+  std::int32_t Scales() const { return ScaleOfItsOwn ? Elements.back() : 1; }
+  /// Threshold k = 1..Top of scale `scale`, from 0.
+  static float Step(std::int32_t scale, std::int32_t k) {
+    return static_cast<float>(k) - 2.5F + 0.01F * static_cast<float>(scale);
+  }
 
   Analysis Tables() const {
     Analysis a;
@@ -51,23 +58,7 @@ struct RatingDesign {
     for (float& measure : a.Elements.ElementMeasure) measure = static_cast<float>(random.Below(4000)) / 1000.0F - 2.0F;
     for (ElementRecord& record : a.Elements.ElementStats) record.AllCount = 1;
     a.Models.Statements.add({});
-    a.Models.Cells.add({});
-    Scale scale;
-    scale.ScaleTopCategory = kTop;
-    a.Scales.Scales.add(scale);
-    a.Scales.TopCategory = kTop;
-    a.Scales.RawTopCategory = kTop;
-    a.Scales.CategoryStep.Create(1, kTop + 1);
-    a.Scales.CategoryAnchor.Create(1, kTop + 1);
-    a.Scales.CategoryCount.Create(1, kTop + 1);
-    a.Scales.CategoryExpected.Create(1, kTop + 1);
-    a.Scales.CategoryInformation.Create(1, kTop + 1);
-    a.Scales.CategoryOrdinal.Create(1, kTop + 1);
-    a.Scales.CategoryStatistics.Create(1, kTop + 1);
-    for (std::int32_t k = 0; k <= kTop; ++k) {
-      a.Scales.CategoryOrdinal({0}, k) = static_cast<std::int16_t>(k);
-      if (k > 0) a.Scales.CategoryStep({0}, k) = static_cast<float>(k) - 2.5F;
-    }
+    AddScales(a);
     return a;
   }
 
@@ -89,9 +80,34 @@ struct RatingDesign {
     std::vector<ElementIndex> elements(Elements.size());
     for (std::int64_t n = 0; n < count; ++n) {
       Draw(n, count, random, elements.data());
-      writer.Write({{0}, 1.0F, static_cast<std::int16_t>(random.Below(kTop + 1))}, elements.data());
+      const std::int32_t cell = ScaleOfItsOwn ? elements.back().value - (a.Elements.ElementCount() - Scales()) - 1 : 0;
+      const std::uint32_t response = random.Below(static_cast<std::uint32_t>(Top) + 1);
+      writer.Write({{cell}, 1.0F, static_cast<std::int16_t>(response)}, elements.data());
     }
     return std::move(writer).Seal();
+  }
+
+ private:
+  void AddScales(Analysis& a) const {
+    ScaleTables& tables = a.Scales;
+    tables.TopCategory = static_cast<std::int16_t>(Top);
+    tables.RawTopCategory = static_cast<std::int16_t>(Top);
+    tables.CategoryStep.Create(Scales(), Top + 1);
+    tables.CategoryAnchor.Create(Scales(), Top + 1);
+    tables.CategoryCount.Create(Scales(), Top + 1);
+    tables.CategoryExpected.Create(Scales(), Top + 1);
+    tables.CategoryInformation.Create(Scales(), Top + 1);
+    tables.CategoryOrdinal.Create(Scales(), Top + 1);
+    tables.CategoryStatistics.Create(Scales(), Top + 1);
+    for (std::int32_t s = 0; s < Scales(); ++s) {
+      Scale scale;
+      scale.ScaleTopCategory = static_cast<std::int16_t>(Top);
+      a.Models.Cells.add({tables.Scales.add(scale), StatementNumber{0}});
+      for (std::int32_t k = 0; k <= Top; ++k) {
+        tables.CategoryOrdinal({s}, k) = static_cast<std::int16_t>(k);
+        if (k > 0) tables.CategoryStep({s}, k) = Step(s, k);
+      }
+    }
   }
 };
 

@@ -8,10 +8,7 @@ namespace tessaly {
 
 namespace {
 
-/// What an element says about an observation.
-constexpr std::uint8_t kMeasurable = 1;
-/// The observation has to be looked at by itself.
-constexpr std::uint8_t kUncommon = 2;
+constexpr auto kUncommon = static_cast<std::uint8_t>(ElementMark::Uncommon);
 
 }  // namespace
 
@@ -34,8 +31,10 @@ PassFacts::PassFacts(const Analysis& analysis) {
   for (const Facet& facet : analysis.Facets) {
     for (const ElementIndex element : facet.Elements()) {
       const float measure = elements.ElementMeasure[element];
-      Elements[static_cast<std::size_t>(element.value)] = {facet.FacetPositive ? measure : -measure,
-                                                           elements.ElementStatus[element]};
+      const ElementStatus status = elements.ElementStatus[element];
+      Elements[static_cast<std::size_t>(element.value)] = {
+          facet.FacetPositive ? measure : -measure, status,
+          Measurable(status) ? ElementMark::Measurable : ElementMark::Uncommon};
     }
   }
 }
@@ -56,11 +55,7 @@ BlockReader::BlockReader(ObservationStore& store, const Analysis& analysis)
       elements_(analysis.Elements),
       facts_(analysis),
       positions_(static_cast<std::size_t>(analysis.Fields.ActiveFacetCount())),
-      marks_(ObservationBlock::kCapacity) {
-  for (const ElementFacts& element : facts_.Elements)
-    elementMarks_.push_back(Measurable(element.Status) ? kMeasurable : kUncommon);
-  elementMarks_[0] = 0;
-}
+      marks_(ObservationBlock::kCapacity) {}
 
 bool BlockReader::Read(ObservationBlock& block) {
   const std::int64_t left = store_.ValidResponses() - next_ + 1;
@@ -127,7 +122,6 @@ void BlockReader::UnpackPosition(const ElementLayout::Slot& slot, const unsigned
   const unsigned char* bytes = records + slot.Offset;
   const std::size_t positions = block.Positions;
   const std::size_t size = block.Size;
-  const std::uint8_t* const elementMarks = elementMarks_.data();
   const ElementFacts* const elements = facts_.Elements.data();
   ElementIndex* element = block.Elements.data() + slot.At;
   float* const measure = block.Measure.data();
@@ -139,7 +133,7 @@ void BlockReader::UnpackPosition(const ElementLayout::Slot& slot, const unsigned
     const std::int32_t index = place == 0 ? 0 : static_cast<std::int32_t>(place) + before;
     element->value = index;
     measure[at] += elements[index].SignedMeasure;
-    marks[at] |= elementMarks[index];
+    marks[at] |= static_cast<std::uint8_t>(elements[index].Mark);
   }
 }
 

@@ -49,11 +49,16 @@ struct CellFacts {
   }
 };
 
+/// Marks of the elements of an observation are joined.
+enum class ElementMark : std::uint8_t { Nothing = 0, Measurable = 1, Uncommon = 2 };
+
 /// What all observations of an element have in common.
 struct ElementFacts {
   /// As its facet's sign makes it, logit; 0 for the null element.
   float SignedMeasure = 0;
   tessaly::ElementStatus Status = tessaly::ElementStatus::Unobserved;
+  /// What it says about an observation that it is in.
+  ElementMark Mark = ElementMark::Nothing;
 };
 
 /// What holds for all observations of one pass. Copied together, because it is looked up for each of them.
@@ -131,8 +136,7 @@ class BlockReader {
   PassFacts facts_;
   std::size_t positions_;
   std::int64_t next_ = 1;
-  /// By element: what it says about an observation. By place in the block: all that is said.
-  std::vector<std::uint8_t> elementMarks_;
+  /// By place in the block, the marks of all elements. An uncommon observation has to be looked at by itself.
   std::vector<std::uint8_t> marks_;
 };
 

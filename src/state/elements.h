@@ -53,8 +53,9 @@ struct ElementRecord {
   ElementIndex TargetElement = kUnspecifiedElement;
 };
 
-/// Sums of one estimation pass for one element.
-struct EstimationSums {
+/// Sums of one estimation pass for one element. In one cache line, whichever element it is: where elements come in any
+/// order, getting at its sums is what an observation costs.
+struct alignas(32) EstimationSums {
   /// JMLE: sum of w E. PROX: sum of w m, with m the other positions' measures.
   double ExpectedScore = 0;
   /// Sum of w E', with E' the expected response at the measure less `CurveProbe`.
