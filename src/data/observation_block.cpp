@@ -10,6 +10,16 @@ namespace {
 
 constexpr auto kUncommon = static_cast<std::uint8_t>(ElementMark::Uncommon);
 
+/// The place that a position of that many bytes holds.
+template <int kWidth>
+std::uint32_t PlaceIn(const unsigned char* bytes) {
+  // Not three bytes at once: what is put together in memory cannot be read back before it has got there.
+  if constexpr (kWidth == 3) return PlaceIn<2>(bytes) | std::uint32_t{bytes[2]} << 16;
+  std::uint32_t place = 0;
+  std::memcpy(&place, bytes, kWidth);
+  return place;
+}
+
 }  // namespace
 
 PassFacts::PassFacts(const Analysis& analysis) {
@@ -128,8 +138,7 @@ void BlockReader::UnpackPosition(const ElementLayout::Slot& slot, const unsigned
   std::uint8_t* const marks = marks_.data();
   const std::int32_t before = slot.FirstElement - 1;
   for (std::size_t at = 0; at < size; ++at, bytes += length, element += positions) {
-    std::uint32_t place = 0;
-    std::memcpy(&place, bytes, kWidth);
+    const std::uint32_t place = PlaceIn<kWidth>(bytes);
     const std::int32_t index = place == 0 ? 0 : static_cast<std::int32_t>(place) + before;
     element->value = index;
     measure[at] += elements[index].SignedMeasure;

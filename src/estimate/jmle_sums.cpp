@@ -12,7 +12,7 @@ namespace {
 /// Observations from which on a second thread saves more than it costs.
 constexpr std::int64_t kManyObservations = 20000;
 /// How far ahead of its use the record of an element is sent for.
-constexpr std::size_t kAhead = 16;
+constexpr std::size_t kAhead = 32;
 
 }  // namespace
 

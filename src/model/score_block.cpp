@@ -148,8 +148,8 @@ void EvaluatePlain(const Group& group, const Group* probed, float* variance) {
   Evaluate(group, probed, variance);
 }
 
-/// The widest form that this processor has. All have the same bits.
-auto* ChosenForm() {
+/// All forms give the same bits.
+auto* WidestForm() {
 #if defined(__x86_64__)
   if (__builtin_cpu_supports("avx2")) return &EvaluateWide;
 #endif
@@ -187,10 +187,11 @@ void ScoreBlock::Arrange() {
   for (std::size_t place = 0; place < size_; ++place) place_[at_[place]] = static_cast<std::uint16_t>(place);
 }
 
-ScoreEvaluator::ScoreEvaluator(const ScaleTables& scales, float hardwareExponent, float probe)
+ScoreEvaluator::ScoreEvaluator(const ScaleTables& scales, float hardwareExponent, float probe, Registers registers)
     : scales_(scales),
       hardwareExponent_(hardwareExponent),
       probe_(probe),
+      registers_(registers),
       step_(TableSize(scales)),
       kept_(step_.size()),
       probedTable_(step_.size()) {
@@ -213,7 +214,8 @@ void ScoreEvaluator::FillSteps(const ScoreBlock& block, std::size_t first, std::
 }
 
 void ScoreEvaluator::Evaluate(ScoreBlock& block) {
-  static const auto evaluate = ChosenForm();
+  static const auto widest = WidestForm();
+  const auto evaluate = registers_ == Registers::Widest ? widest : &EvaluatePlain;
   block.Arrange();
   const std::size_t size = block.size_;
   for (std::size_t place = 0; place < size; ++place) measure_[place] = block.measure_[block.at_[place]];

@@ -63,6 +63,9 @@ class ScoreBlock {
   std::vector<float> table_;
 };
 
+/// Which registers a `ScoreEvaluator` uses: the widest that the processor has, or those that every processor has.
+enum class Registers { Widest, Plain };
+
 /// Evaluates blocks. Every step of an observation is that of `ResponseKernel::ProbedProbabilities`, in the same order
 /// and width, so that all figures have the same bits whatever stands beside it and however wide the processor's
 /// registers are. One for each thread.
@@ -70,7 +73,8 @@ class ScoreEvaluator {
  public:
   /// Reads steps and anchors of `scales`, which may not change as long as it is in use. `probe` (logit): where, below
   /// its measure, the expected category of an observation is met a second time; 0 for nowhere.
-  ScoreEvaluator(const ScaleTables& scales, float hardwareExponent, float probe);
+  ScoreEvaluator(const ScaleTables& scales, float hardwareExponent, float probe,
+                 Registers registers = Registers::Widest);
 
   void Evaluate(ScoreBlock& block);
 
@@ -80,6 +84,7 @@ class ScoreEvaluator {
   const ScaleTables& scales_;
   float hardwareExponent_;
   float probe_;
+  Registers registers_;
   /// By place. The scale whose thresholds stand there.
   std::array<ScaleNumber, ScoreBlock::kCapacity> filled_;
   ScoreBlock::Singles measure_;

@@ -42,7 +42,7 @@ TEST(ScoreBlock, HasTheBitsOfTheKernelWhateverStandsBeside) {
     const float probe = round % 4 == 0 ? 0.0F : std::fabs(near(random));
     const float hardware = round % 3 == 0 ? 3.0F : 80.0F;
     const auto block = std::make_unique<ScoreBlock>(scales);
-    ScoreEvaluator evaluator(scales, hardware, probe);
+    ScoreEvaluator evaluator(scales, hardware, probe, round % 2 == 0 ? Registers::Plain : Registers::Widest);
     ResponseKernel kernel(scales, hardware);
     for (int fill = 0; fill < 3; ++fill) {
       const std::size_t count = fill == 0 ? ScoreBlock::kCapacity : random() % ScoreBlock::kCapacity;
