@@ -57,7 +57,7 @@ void JmlePass(benchmark::State& state, const RatingDesign& design) {
   TimePass(state, bed, [&](Bed& b) {
     JmleSums pass(kProbe, b.Kernel, sums, b.A.Scales);
     ObservationPass observations(b.Store, b.A, b.Control, b.Silence);
-    SumPass(observations, pass, [](const ObservationBlock&) {});
+    SumPass(observations, pass);
     return sums[{1}].ExpectedScore;
   });
 }

@@ -2,17 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "data/block_pipeline.h"
 #include "data/observation_pass.h"
 #include "estimate/standardize.h"
-#include "support/ordered_pipeline.h"
 
 namespace tessaly {
 
 namespace {
 
-/// Observations from which on a second thread saves more than it costs.
-constexpr std::int64_t kManyObservations = 20000;
 constexpr float kLargestLogOdds = 100.0F;
 constexpr float kLargestDiscrimination = 10.0F;
 constexpr float kLeastLogOddsVariance = 1e-10F;
@@ -42,21 +41,15 @@ void FitPass::Run() {
   FitEvaluator adding(analysis_, hardwareExponent_, means);
   ObservationView view(analysis_, means);
   CarriedFitSums carried(sums_);
-  OrderedPipeline<FitBlock> pipeline(
-      pass.ValidResponses() >= kManyObservations, [&] { return FitBlock(pass.Positions(), analysis_.Scales); },
-      [&](FitBlock& block) {
-        adding.Evaluate(block);
-        Add(block, adding, view);
-        carried.Count(block.Observations.Size);
-      });
-  while (true) {
-    FitBlock& block = pipeline.Free();
-    block.Evaluated = false;
-    if (!pass.NextBlock(block.Observations)) break;
-    if (pipeline.FarAhead()) reading.Evaluate(block);
-    pipeline.Submit();
-  }
-  pipeline.Finish();
+  BlockSteps<FitBlock> steps;
+  steps.Make = [&] { return FitBlock(pass.Positions(), analysis_.Scales); };
+  steps.Evaluate = [&](FitBlock& block) { reading.Evaluate(block); };
+  steps.Take = [&](FitBlock& block) {
+    adding.Evaluate(block);
+    Add(block, adding, view);
+    carried.Count(block.Observations.Size);
+  };
+  TakeBlocks(pass, std::move(steps));
   carried.Finish();
 }
 

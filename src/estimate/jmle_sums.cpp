@@ -1,16 +1,15 @@
 #include "estimate/jmle_sums.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "data/block_pipeline.h"
 #include "model/response_moments.h"
-#include "support/ordered_pipeline.h"
 
 namespace tessaly {
 
 namespace {
 
-/// Observations from which on a second thread saves more than it costs.
-constexpr std::int64_t kManyObservations = 20000;
 /// How far ahead of its use the record of an element is sent for.
 constexpr std::size_t kAhead = 32;
 
@@ -127,24 +126,18 @@ std::int32_t JmleSums::LastInVariance(const CellFacts& cell) const {
   return std::min(cell.Top < 5 ? 20 : 4 * cell.Top, kernel_.ComputedTop());
 }
 
-void SumPass(ObservationPass& pass, JmleSums& sums, const std::function<void(const ObservationBlock&)>& look) {
+void SumPass(ObservationPass& pass, JmleSums& sums, std::function<void(const ObservationBlock&)> look) {
   ScoreEvaluator reading = sums.MakeEvaluator();
   ScoreEvaluator adding = sums.MakeEvaluator();
-  OrderedPipeline<JmleBlock> pipeline(
-      pass.ValidResponses() >= kManyObservations, [&] { return sums.MakeBlock(pass.Positions()); },
-      [&](JmleBlock& block) {
-        JmleSums::Evaluate(block, adding);
-        sums.Add(block);
-      });
-  while (true) {
-    JmleBlock& block = pipeline.Free();
-    block.Evaluated = false;
-    if (!pass.NextBlock(block.Observations)) break;
-    look(block.Observations);
-    if (pipeline.FarAhead()) JmleSums::Evaluate(block, reading);
-    pipeline.Submit();
-  }
-  pipeline.Finish();
+  BlockSteps<JmleBlock> steps;
+  steps.Make = [&] { return sums.MakeBlock(pass.Positions()); };
+  steps.Look = std::move(look);
+  steps.Evaluate = [&](JmleBlock& block) { JmleSums::Evaluate(block, reading); };
+  steps.Take = [&](JmleBlock& block) {
+    JmleSums::Evaluate(block, adding);
+    sums.Add(block);
+  };
+  TakeBlocks(pass, std::move(steps));
   sums.Finish();
 }
 

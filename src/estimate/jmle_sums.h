@@ -66,6 +66,6 @@ class JmleSums {
 
 /// Adds all observations of `pass` to `sums`, on two processors if that is worthwhile. `look` sees each block when it
 /// has been read.
-void SumPass(ObservationPass& pass, JmleSums& sums, const std::function<void(const ObservationBlock&)>& look);
+void SumPass(ObservationPass& pass, JmleSums& sums, std::function<void(const ObservationBlock&)> look = {});
 
 }  // namespace tessaly

@@ -10,6 +10,7 @@
 
 #include "data/observation_pass.h"
 #include "interaction/thing_keys.h"
+#include "support/available_memory.h"
 #include "support/number_text.h"
 
 namespace tessaly {
@@ -21,7 +22,7 @@ constexpr std::int64_t kMostObservations = 2147483646;
 /// Comparisons of the sort between two polls.
 constexpr std::uint32_t kComparisonsBetweenPolls = 1U << 20;
 
-/// What agreement needs of an observation.
+/// What agreement needs of an observation. All of them are in memory.
 struct RatedRow {
   /// Equal for ratings of the same thing.
   std::uint64_t Thing = 0;
@@ -37,6 +38,8 @@ struct RatedRow {
   /// Net measure, logit.
   float MeasureSum = 0;
 };
+
+static_assert(sizeof(RatedRow) == 32, "the documentation says so");
 
 /// Sums over the ratings that some raters give to one thing, in each category: of 1 and of the weights, over the
 /// ratings observed in it and over all ratings by their probability of it.
@@ -182,8 +185,10 @@ class AgreementCount {
   }
 
   bool MakeRoom() {
+    const auto rows = static_cast<std::uint64_t>(store_.ValidResponses());
+    if (rows > AvailableMemory() / sizeof(RatedRow)) return false;
     try {
-      rows_.reserve(static_cast<std::size_t>(store_.ValidResponses()));
+      rows_.reserve(rows);
     } catch (const std::bad_alloc&) {
       return false;
     }
