@@ -20,7 +20,8 @@ std::int32_t RecordLength(const ElementLayout& layout) {
 ObservationStore::ObservationStore(const std::string& folder, const ElementLayout& layout)
     : layout_(layout),
       observations_(folder, kObservationRecordLength, kObservationsPerBlock),
-      elements_(folder, RecordLength(layout), std::max(kElementBlockBytes / RecordLength(layout), 1)) {}
+      elements_(folder, RecordLength(layout), std::max(kElementBlockBytes / RecordLength(layout), 1),
+                ElementLayout::kPackSpare) {}
 
 ObservationStore ObservationWriter::Seal() && {
   store_.observations_.Flush();
