@@ -13,21 +13,23 @@
 namespace tessaly {
 namespace {
 
-enum class ByteKind : unsigned char { Plain, Digit, Delimiter, Blank, Special };
+enum class ByteKind : unsigned char { Plain, Delimiter, Special };
 
 constexpr std::array<ByteKind, 256> ByteKinds() {
   std::array<ByteKind, 256> kinds{};
   for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
   for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xA0', '\xFF'})
     kinds[special] = ByteKind::Special;
-  for (std::size_t digit = '0'; digit <= '9'; ++digit) kinds[digit] = ByteKind::Digit;
   kinds[','] = ByteKind::Delimiter;
   kinds['\t'] = ByteKind::Delimiter;
-  kinds[' '] = ByteKind::Blank;
   return kinds;
 }
 
 constexpr std::array<ByteKind, 256> kByteKinds = ByteKinds();
+
+ByteKind KindOf(char c) {
+  return kByteKinds[static_cast<unsigned char>(c)];
+}
 
 /// So many digits are a number below 2^31.
 constexpr std::size_t kMostPlainDigits = 9;
@@ -86,43 +88,36 @@ DataField::DataField(std::string_view text) : Text(text) {
 
 bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields) {
   fields.assign(1, {});
-  const char* first = raw.data();
-  const char* const end = first + raw.size();
+  const char* const end = raw.data() + raw.size();
   char delimiter = ',';
   bool blanks = false;
-  bool onlyDigits = true;
-  std::uint32_t number = 0;
-  const auto addField = [&](const char* last) {
-    const auto length = static_cast<std::size_t>(last - first);
-    if (onlyDigits && length > 0 && length <= kMostPlainDigits) {
-      fields.emplace_back(std::string_view(first, length), static_cast<std::int32_t>(number));
+  const char* first = raw.data();
+  for (std::size_t number = 1; number <= kMostDataFields + 1; ++number) {
+    const char* last = first;
+    std::uint32_t value = 0;
+    for (; last != end && IsDigit(*last); ++last) value = 10 * value + static_cast<std::uint32_t>(*last - '0');
+    const auto digits = static_cast<std::size_t>(last - first);
+    const bool plainNumber = digits - 1 < kMostPlainDigits && (last == end || *last == delimiter);
+    if (plainNumber) {
+      fields.emplace_back(std::string_view(first, digits), static_cast<std::int32_t>(value));
     } else {
+      for (; last != end && KindOf(*last) != ByteKind::Delimiter; ++last) {
+        if (KindOf(*last) == ByteKind::Special) return false;
+        blanks |= *last == ' ';
+      }
       fields.emplace_back(Trimmed(first, last));
     }
-    onlyDigits = true;
-    number = 0;
-  };
-  for (const char* at = first; at != end; ++at) {
-    const ByteKind kind = kByteKinds[static_cast<unsigned char>(*at)];
-    if (kind == ByteKind::Digit) {
-      number = 10 * number + static_cast<std::uint32_t>(*at - '0');
-    } else if (kind == ByteKind::Delimiter) {
-      // A TAB in a line with commas is a blank.
-      if (fields.size() == 1) delimiter = *at;
-      if (*at != delimiter || fields.size() > kMostDataFields) return false;
-      addField(at);
-      first = at + 1;
-    } else {
-      if (kind == ByteKind::Special) return false;
-      blanks = blanks || kind == ByteKind::Blank;
-      onlyDigits = false;
-    }
+    if (last == end) break;
+    // A TAB in a line with commas is a blank.
+    if (number == 1) delimiter = *last;
+    if (*last != delimiter || number > kMostDataFields) return false;
+    first = last + 1;
   }
-  if (fields.size() == 1 && blanks) {
+  if (fields.size() == 2 && blanks) {
+    fields.resize(1);
     SplitAtBlanks(raw, fields);
     return fields.size() <= kMostDataFields + 1;
   }
-  addField(end);
   if (fields[1].Text.empty() && AllEmpty(fields)) fields.resize(1);
   return true;
 }

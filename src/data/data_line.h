@@ -19,11 +19,13 @@ struct DataField {
   /// The value of a text of one to nine digits, -1 for any other text.
   std::int32_t Number = -1;
 
-  DataField() = default;
+  constexpr DataField() = default;
   explicit DataField(std::string_view text);
   DataField(std::string_view text, std::int32_t number) : Text(text), Number(number) {}
   friend bool operator==(const DataField&, const DataField&) = default;
 };
+
+inline constexpr DataField kEmptyField;
 
 /// Splits a line of ordinary characters in one scan. `fields[0]` is left empty, the fields follow as views into `raw`;
 /// a blank line has none. False, with `fields` undefined, for a line with any character that only `SplitAnyLine` knows
@@ -53,8 +55,8 @@ class DataLine {
   bool EndsData() const { return FieldCount() > 0 && fields_[1].Text == "*"; }
   std::int32_t FieldCount() const { return static_cast<std::int32_t>(fields_.size()) - 1; }
   /// Field 1 to `FieldCount()`: the columns, with "_" read as "-", then the responses. Empty for a column not filled.
-  DataField Field(std::int32_t number) const {
-    return static_cast<std::size_t>(number) < fields_.size() ? fields_[static_cast<std::size_t>(number)] : DataField();
+  const DataField& Field(std::int32_t number) const {
+    return static_cast<std::size_t>(number) < fields_.size() ? fields_[static_cast<std::size_t>(number)] : kEmptyField;
   }
   std::string_view Text(std::int32_t number) const { return Field(number).Text; }
   /// Gives a column that is derived from another one its text.

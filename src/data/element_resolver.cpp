@@ -18,16 +18,14 @@ ElementResolver::ElementResolver(FacetTable& facets, const FieldMap& fields, con
       elements_(elements),
       nullElement_(nullElement),
       labels_(facets, elements, console),
-      quick_(facets.size()) {
+      dense_(facets.size()),
+      numbersFirst_(facets.size()) {
   for (const FacetNumber number : facets.all()) {
     const Facet& facet = facets[number];
-    Quick& quick = quick_[number];
-    quick.NumbersFirst = !Takes(number, 'L') || fields.FacetIdentifiers[number][0] == 'N';
+    numbersFirst_[number] = !Takes(number, 'L') || fields.FacetIdentifiers[number][0] == 'N';
     const bool nullInside = nullElement >= facet.FacetLowestNumber && nullElement <= facet.FacetHighestNumber;
     if (!facet.FacetDense || !facet.HasElements() || nullInside || HasTargets(facet, elements)) continue;
-    quick.Lowest = facet.FacetLowestNumber;
-    quick.Highest = facet.FacetHighestNumber;
-    quick.First = facet.FacetFirstElement.value;
+    dense_[number] = {facet.FacetLowestNumber, facet.FacetElementCount, facet.FacetFirstElement};
   }
 }
 
@@ -48,11 +46,11 @@ std::optional<ElementReference> ElementResolver::FindByLabel(FacetNumber facet, 
   if (!element) return {};
   if (*element == kNoElement) return ElementReference{nullElement_, kNoElement};
   const std::int32_t number = elements_.ElementNumber[*element];
-  return ElementReference{number, FindBySearch(facet, number)};
+  return ElementReference{number, Find(facet, number)};
 }
 
 ResolvedReference ElementResolver::Resolve(FacetNumber facet, std::string_view text) {
-  const bool labelsFirst = !quick_[facet].NumbersFirst;
+  const bool labelsFirst = numbersFirst_[facet] == 0;
   const bool labelsNext = !labelsFirst && TakesLabels(facet);
   if (labelsFirst) {
     if (const auto found = FindByLabel(facet, text)) return {*found, {}};

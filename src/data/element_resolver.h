@@ -28,6 +28,20 @@ struct ResolvedReference {
   std::optional<ElementRange> Range;
 };
 
+/// A facet whose numbers map to records by subtraction; none do as long as `Count` is 0.
+struct DenseNumbers {
+  std::int32_t Lowest = 0;
+  std::int32_t Count = 0;
+  ElementIndex First{0};
+
+  /// Record of element `number`, or `kUnspecifiedElement`.
+  ElementIndex Find(std::int32_t number) const {
+    // As unsigned numbers those below `Lowest` are large.
+    const std::uint32_t place = static_cast<std::uint32_t>(number) - static_cast<std::uint32_t>(Lowest);
+    return place < static_cast<std::uint32_t>(Count) ? First + static_cast<std::int32_t>(place) : kUnspecifiedElement;
+  }
+};
+
 /// Resolves references as `Delements=` tells for each facet. Elements with a target give the target's record.
 class ElementResolver {
  public:
@@ -36,20 +50,24 @@ class ElementResolver {
 
   /// What `text` means in `facet`.
   ResolvedReference Resolve(FacetNumber facet, std::string_view text);
-  /// The same, in the usual case alone: the `Number` of a field is that of a known element. Unspecified otherwise.
-  ElementReference ResolvePlain(FacetNumber facet, std::int32_t number) {
-    if (number < 0 || !quick_[facet].NumbersFirst) return {};
-    return {number, Find(facet, number)};
+  /// The record of the same, in the usual case alone: the `Number` of a field is that of a known element. Unspecified
+  /// otherwise.
+  ElementIndex ResolvePlain(FacetNumber facet, std::int32_t number) {
+    return number >= 0 && numbersFirst_[facet] != 0 ? Find(facet, number) : kUnspecifiedElement;
   }
+  /// The numbers of `facet` that, as the `Number` of a field, mean the element that they mean by `Resolve`. Who looks
+  /// one up there tells by `FoundDense`.
+  DenseNumbers PlainNumbers(FacetNumber facet) const {
+    return numbersFirst_[facet] != 0 ? dense_[facet] : DenseNumbers();
+  }
+  void FoundDense() { emptyFacet_ = {0}; }
 
   /// Record of element `number`: 0 for the null element, `kUnspecifiedElement` if the facet has no such element.
   ElementIndex Find(FacetNumber facet, std::int32_t number) {
-    const Quick& quick = quick_[facet];
-    if (number >= quick.Lowest && number <= quick.Highest) {
-      emptyFacet_ = {0};
-      return {number - quick.Lowest + quick.First};
-    }
-    return FindBySearch(facet, number);
+    const ElementIndex element = dense_[facet].Find(number);
+    if (element.value < 0) return FindBySearch(facet, number);
+    FoundDense();
+    return element;
   }
 
   /// Whether data name the elements of `facet` by number, and by label.
@@ -60,14 +78,6 @@ class ElementResolver {
   FacetNumber EmptyFacet() const { return emptyFacet_; }
 
  private:
-  /// A facet whose numbers map to records by subtraction; `Highest` is below `Lowest` for the others.
-  struct Quick {
-    std::int32_t Lowest = 0;
-    std::int32_t Highest = -1;
-    std::int32_t First = 0;
-    bool NumbersFirst = true;
-  };
-
   bool Takes(FacetNumber facet, char kind) const;
   ElementIndex FindBySearch(FacetNumber facet, std::int32_t number);
   std::optional<ElementReference> FindByLabel(FacetNumber facet, std::string_view text);
@@ -77,7 +87,8 @@ class ElementResolver {
   const ElementTable& elements_;
   std::int32_t nullElement_;
   LabelLists labels_;
-  Table<FacetNumber, Quick> quick_;
+  Table<FacetNumber, DenseNumbers> dense_;
+  Table<FacetNumber, char> numbersFirst_;
   FacetNumber emptyFacet_{0};
 };
 

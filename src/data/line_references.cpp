@@ -22,8 +22,9 @@ LineReferences::LineReferences(const FieldMap& fields, const ElementTable& eleme
     const DataColumn& facts = fields.Columns[column];
     dvaluesUsed_ = dvaluesUsed_ || !facts.OnTheLine();
     if (facts.ColumnPosition.value == 0) continue;
-    const ColumnPlan plan{column, facts.ColumnPosition, facts.ColumnFacet,
-                          fields.Positions[facts.ColumnPosition].PositionInUse};
+    const bool inUse = fields.Positions[facts.ColumnPosition].PositionInUse;
+    const ColumnPlan plan{column, facts.ColumnPosition, facts.ColumnFacet, inUse,
+                          inUse ? resolver.PlainNumbers(facts.ColumnFacet) : DenseNumbers()};
     if (!facts.Derived()) {
       plans_.push_back(plan);
     } else if (plan.InUse) {
@@ -53,32 +54,22 @@ void LineReferences::OrderDerived() {
   derivedCircular_ = !waiting.empty();
 }
 
-void LineReferences::Set(PositionNumber position, ElementReference reference) {
-  const auto at = static_cast<std::size_t>(position.value - 1);
-  numbers_[at] = reference.Number;
-  elements_[at] = reference.Element;
-}
-
-void LineReferences::Resolve(DataLine& line) {
-  rangePosition_ = {0};
-  rangeStep_ = 1;
-  for (const ColumnPlan& plan : plans_) {
-    const DataField field = line.Field(plan.Column.value);
-    if (!plan.InUse) {
-      if (field.Number < 0) OpenUnusedRange(plan, field.Text);
-      continue;
-    }
-    if (const ElementReference plain = resolver_.ResolvePlain(plan.Facet, field.Number); plain.Element.value >= 0) {
-      Set(plan.Position, plain);
-      continue;
-    }
-    const ResolvedReference reference = resolver_.Resolve(plan.Facet, field.Text);
-    Set(plan.Position, reference.Single);
-    if (reference.Range) OpenRange(plan, field.Text, *reference.Range);
-  }
+void LineReferences::Complete(DataLine& line) {
   if (derivedCircular_) throw Halt{FailureCode::DvaluesCircular, {}};
   for (const ColumnPlan& plan : derived_) Derive(plan, line);
   UpdateAllKnown();
+}
+
+void LineReferences::ResolveText(const ColumnPlan& plan, const DataField& field) {
+  if (!plan.InUse) {
+    if (field.Number < 0) OpenUnusedRange(plan, field.Text);
+    return;
+  }
+  if (const ElementIndex plain = resolver_.ResolvePlain(plan.Facet, field.Number); plain.value >= 0)
+    return Set(plan.Position, {field.Number, plain});
+  const ResolvedReference reference = resolver_.Resolve(plan.Facet, field.Text);
+  Set(plan.Position, reference.Single);
+  if (reference.Range) OpenRange(plan, field.Text, *reference.Range);
 }
 
 void LineReferences::UpdateAllKnown() {

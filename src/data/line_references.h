@@ -24,7 +24,24 @@ class LineReferences {
 
   /// Resolves all columns of `line`, which has them all, for its first response. Throws `Halt{SecondRange}`,
   /// `Halt{RangeTooLong}`, and `Halt{DvaluesCircular}` for columns derived from each other.
-  void Resolve(DataLine& line);
+  void Resolve(DataLine& line) {
+    rangePosition_ = {0};
+    rangeStep_ = 1;
+    bool allPlain = derived_.empty() && !derivedCircular_;
+    for (const ColumnPlan& plan : plans_) {
+      const DataField& field = line.Field(plan.Column.value);
+      const ElementIndex plain = plan.PlainNumbers.Find(field.Number);
+      if (plain.value >= 0) {
+        resolver_.FoundDense();
+        Set(plan.Position, {field.Number, plain});
+      } else {
+        ResolveText(plan, field);
+        allPlain = false;
+      }
+    }
+    allKnown_ = allPlain;
+    if (!allPlain) Complete(line);
+  }
   /// Moves on to the next response of a range. Throws `Halt{InvalidTarget}` when a derived reference fails.
   void NextOfRange(DataLine& line);
 
@@ -53,10 +70,18 @@ class LineReferences {
     PositionNumber Position;
     FacetNumber Facet;
     bool InUse;
+    DenseNumbers PlainNumbers;
   };
 
   void OrderDerived();
-  void Set(PositionNumber position, ElementReference reference);
+  void Set(PositionNumber position, ElementReference reference) {
+    const auto at = static_cast<std::size_t>(position.value - 1);
+    numbers_[at] = reference.Number;
+    elements_[at] = reference.Element;
+  }
+  void ResolveText(const ColumnPlan& plan, const DataField& field);
+  /// Resolves the derived columns and finds out whether all is known.
+  void Complete(DataLine& line);
   void OpenRange(const ColumnPlan& plan, std::string_view text, ElementRange range);
   void OpenUnusedRange(const ColumnPlan& plan, std::string_view text);
   void Derive(const ColumnPlan& plan, DataLine& line);

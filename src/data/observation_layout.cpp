@@ -1,17 +1,8 @@
 #include "data/observation_layout.h"
 
-#include <bit>
 #include <cstring>
 
 namespace tessaly {
-
-static_assert(std::endian::native == std::endian::little, "work files are written low byte first");
-
-void PackObservation(const ObservationRecord& record, unsigned char* bytes) {
-  std::memcpy(bytes, &record.ObsCell.value, 4);
-  std::memcpy(bytes + 4, &record.Replication, 4);
-  std::memcpy(bytes + 8, &record.ObsResponse, 2);
-}
 
 namespace {
 
@@ -32,14 +23,6 @@ ElementLayout::ElementLayout(const FacetTable& facets, const FieldMap& fields) :
     if (width == 0) continue;
     slots_.push_back({position.value - 1, length_, width, facet.FacetFirstElement.value});
     length_ += width;
-  }
-}
-
-void ElementLayout::Pack(const ElementIndex* elements, unsigned char* bytes) const {
-  for (const Slot& slot : slots_) {
-    const std::int32_t element = elements[slot.At].value;
-    auto place = static_cast<std::uint32_t>(element > 0 ? element - slot.FirstElement + 1 : 0);
-    for (std::int32_t i = 0; i < slot.Width; ++i, place >>= 8) *bytes++ = static_cast<unsigned char>(place);
   }
 }
 

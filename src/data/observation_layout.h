@@ -1,6 +1,7 @@
 // How an observation lies in the work files.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -19,8 +20,14 @@ struct ObservationRecord {
   std::int16_t ObsResponse = 0;
 };
 
+static_assert(std::endian::native == std::endian::little, "work files are written low byte first");
+
 constexpr std::int32_t kObservationRecordLength = 10;
-void PackObservation(const ObservationRecord& record, unsigned char* bytes);
+inline void PackObservation(const ObservationRecord& record, unsigned char* bytes) {
+  std::memcpy(bytes, &record.ObsCell.value, 4);
+  std::memcpy(bytes + 4, &record.Replication, 4);
+  std::memcpy(bytes + 8, &record.ObsResponse, 2);
+}
 inline ObservationRecord UnpackObservation(const unsigned char* bytes) {
   ObservationRecord record;
   std::memcpy(&record.ObsCell.value, bytes, 4);
@@ -39,8 +46,16 @@ class ElementLayout {
   std::int32_t ElementRecordLength() const { return length_; }
   std::int32_t ActiveFacetCount() const { return positions_; }
 
-  /// `elements[p - 1]` is the record index in position p, 0 for none.
-  void Pack(const ElementIndex* elements, unsigned char* bytes) const;
+  /// `elements[p - 1]` is the record index in position p, 0 for none. Spoils up to `kPackSpare` bytes behind the
+  /// record: each place is written as four bytes, of which the next one overwrites those that are too many.
+  static constexpr std::int32_t kPackSpare = 3;
+  void Pack(const ElementIndex* elements, unsigned char* bytes) const {
+    for (const Slot& slot : slots_) {
+      const std::int32_t element = elements[slot.At].value;
+      const std::int32_t place = element > 0 ? element - slot.FirstElement + 1 : 0;
+      std::memcpy(bytes + slot.Offset, &place, 4);
+    }
+  }
   void Unpack(const unsigned char* bytes, ElementIndex* elements) const;
 
   /// A position whose facet has elements. Its bytes hold the place in the facet, from 1; 0 for none.

@@ -19,7 +19,7 @@ std::int32_t RecordLength(const ElementLayout& layout) {
 ObservationStore::ObservationStore(const std::string& folder, const ElementLayout& layout)
     : layout_(layout),
       observations_(folder, kObservationRecordLength, kObservationsPerBlock),
-      elements_(folder, RecordLength(layout), kObservationsPerBlock) {}
+      elements_(folder, RecordLength(layout), kObservationsPerBlock, ElementLayout::kPackSpare) {}
 
 ObservationStore ObservationWriter::Seal() && {
   store_.observations_.Flush();

@@ -52,8 +52,7 @@ QueryTrace::QueryTrace(Analysis& analysis, Host& host) : analysis_(analysis), ho
                              " ; active model statement for Query=Yes" + GeneralText(number.value + 1));
 }
 
-void QueryTrace::Show(QueryState state, std::string_view detail) {
-  if (!On()) return;
+void QueryTrace::ShowState(QueryState state, std::string_view detail) {
   const StateWords& words = kStates[static_cast<std::size_t>(state)];
   std::string text = QuotedLine(analysis_.Input.LastLine) + " ";
   host_.console.ShowMessage(text.append(words.Words).append(QuotedLine(detail)));

@@ -34,9 +34,13 @@ class QueryTrace {
   bool On() const { return analysis_.Settings.QueryOption; }
   /// Adds the state's words and `detail` to the text of the line at hand. The answer "5", "F5" or none at all to the
   /// waiting text switches the trace off for the rest of the run.
-  void Show(QueryState state, std::string_view detail = {});
+  void Show(QueryState state, std::string_view detail = {}) {
+    if (On()) ShowState(state, detail);
+  }
 
  private:
+  void ShowState(QueryState state, std::string_view detail);
+
   Analysis& analysis_;
   Host& host_;
 };

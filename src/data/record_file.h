@@ -14,17 +14,21 @@ namespace tessaly {
 /// The block in memory serves writing and reading, and covers a window of record numbers (from 1).
 class RecordFile {
  public:
-  RecordFile(const std::string& folder, std::int32_t recordLength, std::int32_t recordsPerBlock)
+  /// `spare` bytes behind each new record may be written too.
+  RecordFile(const std::string& folder, std::int32_t recordLength, std::int32_t recordsPerBlock, std::int32_t spare = 0)
       : file_(folder),
         recordLength_(static_cast<std::size_t>(recordLength)),
         recordsPerBlock_(recordsPerBlock),
-        block_(recordLength_ * static_cast<std::size_t>(recordsPerBlock)),
+        blockBytes_(recordLength_ * static_cast<std::size_t>(recordsPerBlock)),
+        block_(blockBytes_ + static_cast<std::size_t>(spare)),
         endOfBlock_(1 + recordsPerBlock) {}
 
   /// Where the next record is to be put. Throws `Halt{WorkFileProblem}` when a full block cannot be written.
   unsigned char* Append() {
-    if (inBlock_ == recordsPerBlock_) WriteFullBlock();
-    return block_.data() + recordLength_ * static_cast<std::size_t>(inBlock_++);
+    if (filled_ == blockBytes_) WriteFullBlock();
+    unsigned char* const record = block_.data() + filled_;
+    filled_ += recordLength_;
+    return record;
   }
 
   /// Writes the partly filled block, which stays readable. Call once, after the last record.
@@ -45,8 +49,9 @@ class RecordFile {
   WorkFile file_;
   std::size_t recordLength_;
   std::int32_t recordsPerBlock_;
+  std::size_t blockBytes_;
   std::vector<unsigned char> block_;
-  std::int32_t inBlock_ = 0;
+  std::size_t filled_ = 0;
   std::int64_t firstInBlock_ = 1;
   std::int64_t endOfBlock_;
 };

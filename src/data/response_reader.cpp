@@ -40,6 +40,7 @@ ResponseReader::ResponseReader(Analysis& analysis, ObservationWriter& writer, Da
     const ModelStatement& statement = analysis.Models.Statements[number];
     StatementPlan& plan = plans_[number];
     plan.Type = statement.ModelType;
+    if (!statement.ModelHasHash) plan.OnlyCell = statement.ModelFirstCell;
     const DefinitionNumber definition = statement.ModelDefinition;
     if (definition != kNoDefinition && !analysis.Models.Definitions[definition].Recodes.empty())
       plan.Recodes = &recodes_[static_cast<std::size_t>(definition.value)];
@@ -48,45 +49,7 @@ ResponseReader::ResponseReader(Analysis& analysis, ObservationWriter& writer, Da
   }
 }
 
-void ResponseReader::Read(const DataLine& line, const LineReferences& references, DataField response) {
-  if (trace_.On()) {
-    const std::int32_t positions = analysis_.Fields.ActiveFacetCount();
-    trace_.Show(QueryState::Datum, DatumLocation(line, references, positions, response.Text) + " ; datum number" +
-                                       GeneralText(counters_.ResponsesFound + 1));
-  }
-  if (CountMissing(response.Text)) return;
-  ++(line.Replication() == 0 ? counters_.NoReplicationCount : counters_.ResponsesFound);
-  const StatementNumber statement = Match(line, references);
-  if (statement == kNoStatement) return;
-  const StatementPlan& plan = plans_[statement];
-  if (plan.Type == ModelType::Missing) return trace_.Show(QueryState::TreatedAsMissing);
-
-  const ElementIndex* elements = references.Elements();
-  const CellNumber cell = cells_.CellFor(statement, elements);
-  const ScaleNumber scale = analysis_.Models.Cells[cell].CellScale;
-  const std::int16_t category = Category(line, references, response, plan, analysis_.Scales.Scales[scale]);
-  if (category == kNoCategory) return;
-  if (!plan.WithoutElement.empty()) {
-    std::copy(elements, elements + storedElements_.size(), storedElements_.begin());
-    for (const std::size_t at : plan.WithoutElement) storedElements_[at] = kNoElement;
-    elements = storedElements_.data();
-  }
-  Store({cell, line.Replication(), category}, scale, elements);
-}
-
-bool ResponseReader::CountMissing(std::string_view datum) {
-  if (datum.empty()) {
-    ++counters_.MissingNullCount;
-  } else if (!missingCodes_.empty() && std::binary_search(missingCodes_.begin(), missingCodes_.end(), datum)) {
-    ++counters_.MissingCodeCount;
-  } else {
-    return false;
-  }
-  trace_.Show(QueryState::NoDatum, datum);
-  return true;
-}
-
-StatementNumber ResponseReader::Match(const DataLine& line, const LineReferences& references) {
+inline StatementNumber ResponseReader::Match(const DataLine& line, const LineReferences& references) {
   StatementNumber statement;
   if (references.AllKnown() && !trace_.On()) {
     statement = matcher_.First(references.Numbers());
@@ -96,6 +59,56 @@ StatementNumber ResponseReader::Match(const DataLine& line, const LineReferences
   }
   if (statement != kNoStatement) ++analysis_.Models.Statements[statement].ModelResponses;
   return statement;
+}
+
+inline void ResponseReader::Store(const ObservationRecord& record, ScaleNumber scale, const ElementIndex* elements) {
+  ++counters_.ValidResponses;
+  writer_.Write(record, elements);
+  ScaleTables& scales = analysis_.Scales;
+  scales.CategoryRawCount(scale, record.ObsResponse) += double(record.Replication);
+  scales.RawTopCategory = std::max(scales.RawTopCategory, record.ObsResponse);
+}
+
+void ResponseReader::Read(const DataLine& line, const LineReferences& references, const DataField& response) {
+  if (trace_.On()) TraceDatum(line, references, response.Text);
+  if ((response.Text.empty() || !missingCodes_.empty()) && CountMissing(response.Text)) return;
+  ++(line.Replication() == 0 ? counters_.NoReplicationCount : counters_.ResponsesFound);
+  const StatementNumber statement = Match(line, references);
+  if (statement == kNoStatement) return;
+  const StatementPlan& plan = plans_[statement];
+  if (plan.Type == ModelType::Missing) return trace_.Show(QueryState::TreatedAsMissing);
+
+  const ElementIndex* elements = references.Elements();
+  const CellNumber cell = plan.OnlyCell != kNoCell ? plan.OnlyCell : cells_.CellFor(statement, elements);
+  const ScaleNumber scaleNumber = analysis_.Models.Cells[cell].CellScale;
+  const Scale& scale = analysis_.Scales.Scales[scaleNumber];
+  const bool plain = response.Number >= 0 && plan.Recodes == nullptr;
+  std::int16_t category = plain ? ScoredCategory(response.Number, scale) : kNoCategory;
+  if (category == kNoCategory) category = Category(line, references, response, plan, scale);
+  if (category == kNoCategory) return;
+  if (!plan.WithoutElement.empty()) {
+    std::copy(elements, elements + storedElements_.size(), storedElements_.begin());
+    for (const std::size_t at : plan.WithoutElement) storedElements_[at] = kNoElement;
+    elements = storedElements_.data();
+  }
+  Store({cell, line.Replication(), category}, scaleNumber, elements);
+}
+
+void ResponseReader::TraceDatum(const DataLine& line, const LineReferences& references, std::string_view datum) {
+  trace_.Show(QueryState::Datum, DatumLocation(line, references, analysis_.Fields.ActiveFacetCount(), datum) +
+                                     " ; datum number" + GeneralText(counters_.ResponsesFound + 1));
+}
+
+bool ResponseReader::CountMissing(std::string_view datum) {
+  if (datum.empty()) {
+    ++counters_.MissingNullCount;
+  } else if (std::binary_search(missingCodes_.begin(), missingCodes_.end(), datum)) {
+    ++counters_.MissingCodeCount;
+  } else {
+    return false;
+  }
+  trace_.Show(QueryState::NoDatum, datum);
+  return true;
 }
 
 StatementNumber ResponseReader::MatchInOrder(const DataLine& line, const LineReferences& references) {
@@ -157,14 +170,6 @@ std::int16_t ResponseReader::Category(const DataLine& line, const LineReferences
   notes_.NoteInvalid(line, references, response.Text);
   trace_.Show(QueryState::NonNumeric);
   return kNoCategory;
-}
-
-void ResponseReader::Store(const ObservationRecord& record, ScaleNumber scale, const ElementIndex* elements) {
-  ++counters_.ValidResponses;
-  writer_.Write(record, elements);
-  ScaleTables& scales = analysis_.Scales;
-  scales.CategoryRawCount(scale, record.ObsResponse) += double(record.Replication);
-  scales.RawTopCategory = std::max(scales.RawTopCategory, record.ObsResponse);
 }
 
 }  // namespace tessaly

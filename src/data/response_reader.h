@@ -26,17 +26,20 @@ class ResponseReader {
   ResponseReader(Analysis& analysis, ObservationWriter& writer, DataNotes& notes, QueryTrace& trace);
 
   /// Reads `response`, a field of `line`, to the elements that `references` has at hand.
-  void Read(const DataLine& line, const LineReferences& references, DataField response);
+  void Read(const DataLine& line, const LineReferences& references, const DataField& response);
 
  private:
   /// What reading a response to one statement needs to know.
   struct StatementPlan {
     ModelType Type = ModelType::RatingScale;
     const RecodeTable* Recodes = nullptr;
+    /// The cell of a statement without `#`, else `kNoCell`.
+    CellNumber OnlyCell = kNoCell;
     /// Positions, from 0, that take no element.
     std::vector<std::size_t> WithoutElement;
   };
 
+  void TraceDatum(const DataLine& line, const LineReferences& references, std::string_view datum);
   bool CountMissing(std::string_view datum);
   StatementNumber Match(const DataLine& line, const LineReferences& references);
   StatementNumber MatchInOrder(const DataLine& line, const LineReferences& references);

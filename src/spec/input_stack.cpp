@@ -16,26 +16,22 @@ void InputStack::Open(const std::string& path, std::string_view kind) {
 }
 
 std::optional<std::string_view> InputStack::NextRawLine() {
-  std::string_view line;
-  while (NextPhysicalLine(line)) {
+  while (const std::optional<std::string_view> line = NextPhysicalLine()) {
     ++at_.LineNumber;
-    at_.LastLine.assign(line);
-    if (line.empty() || line.front() != '%') return line;
-    PushInclude(line);
+    at_.LastLine.assign(*line);
+    if (line->empty() || line->front() != '%') return line;
+    PushInclude(*line);
   }
   return {};
 }
 
-bool InputStack::NextPhysicalLine(std::string_view& line) {
+std::optional<std::string_view> InputStack::NextPhysicalLine() {
   while (!files_.empty()) {
-    if (const std::optional<std::string_view> next = files_.back().Next()) {
-      line = *next;
-      return true;
-    }
-    if (files_.size() == 1) return false;
+    if (const std::optional<std::string_view> line = files_.back().Next()) return line;
+    if (files_.size() == 1) return {};
     files_.pop_back();
   }
-  return false;
+  return {};
 }
 
 void InputStack::Push(const std::string& path, std::string_view kind) {

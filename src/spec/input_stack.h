@@ -37,7 +37,7 @@ class InputStack {
   std::optional<std::string_view> NextRawLine();
 
  private:
-  bool NextPhysicalLine(std::string_view& line);
+  std::optional<std::string_view> NextPhysicalLine();
   void Push(const std::string& path, std::string_view kind);
   void PushInclude(std::string_view line);
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "state/elements.h"
@@ -28,13 +29,19 @@ class LabelLists {
     std::string Key;
     ElementIndex Element;
   };
+  struct List {
+    bool Filled = false;
+    std::vector<Entry> Sorted;
+    /// The first element of each key that a text can be equal to; views into `Sorted`.
+    std::unordered_map<std::string_view, ElementIndex> ByKey;
+  };
   void Fill(FacetNumber facet);
+  static std::optional<ElementIndex> Search(const std::vector<Entry>& sorted, std::string_view text);
 
   const FacetTable& facets_;
   const ElementTable& elements_;
   Console& console_;
-  Table<FacetNumber, std::vector<Entry>> lists_;
-  Table<FacetNumber, char> filled_;
+  Table<FacetNumber, List> lists_;
 };
 
 }  // namespace tessaly

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -51,7 +52,7 @@ void LineFile::Refill() {
     end_ -= begin_;
     begin_ = 0;
   }
-  nextLfKnown_ = false;
+  lineEndsKnown_ = false;
   if (end_ == buffer_.size()) buffer_.resize(buffer_.empty() ? kBlock : 2 * buffer_.size());
   ssize_t count = 0;
   do {
@@ -77,25 +78,26 @@ void LineFile::Start() {
 /// The place of the first CR or LF from `from` on, or `end_`.
 std::size_t LineFile::FindLineEnd(std::size_t from) {
   const char* const data = buffer_.data();
-  const auto find = [&](char c, std::size_t end) {
-    const void* const found = from < end ? std::memchr(data + from, c, end - from) : nullptr;
-    return found == nullptr ? end : static_cast<std::size_t>(static_cast<const char*>(found) - data);
+  const auto find = [&](char c) {
+    const void* const found = from < end_ ? std::memchr(data + from, c, end_ - from) : nullptr;
+    return found == nullptr ? end_ : static_cast<std::size_t>(static_cast<const char*>(found) - data);
   };
-  // Remembered, because a buffer without LF must not be searched for one at every line.
-  if (!nextLfKnown_ || nextLf_ < from) nextLf_ = find('\n', end_);
-  nextLfKnown_ = true;
-  return find('\r', nextLf_);
+  // Remembered, because a buffer without one of the two must not be searched for it at every line.
+  if (!lineEndsKnown_ || nextLf_ < from) nextLf_ = find('\n');
+  if (!lineEndsKnown_ || nextCr_ < from) nextCr_ = find('\r');
+  lineEndsKnown_ = true;
+  return std::min(nextLf_, nextCr_);
 }
 
 std::optional<std::string_view> LineFile::Next() {
-  Start();
-  std::size_t lineEnd = FindLineEnd(begin_);
+  if (!started_) Start();
+  std::size_t lineEnd = begin_;
   // Two more bytes: the other half of the line end may follow, and `AtEnd` must know without moving the buffer.
-  while (lineEnd + 2 >= end_ && !sourceEnded_) {
+  while ((lineEnd = FindLineEnd(lineEnd)) + 2 >= end_ && !sourceEnded_) {
     const std::size_t length = lineEnd - begin_;
     CheckLength(length);
     Refill();
-    lineEnd = FindLineEnd(begin_ + length);
+    lineEnd = begin_ + length;
   }
   if (lineEnd == begin_ && begin_ == end_) {
     if (!std::exchange(onlyMark_, false)) return {};

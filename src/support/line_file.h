@@ -46,9 +46,10 @@ class LineFile {
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
-  /// The first LF from `begin_` on, or `end_` if there is none.
+  /// The first LF and the first CR from `begin_` on, or `end_` if there is none.
   std::size_t nextLf_ = 0;
-  bool nextLfKnown_ = false;
+  std::size_t nextCr_ = 0;
+  bool lineEndsKnown_ = false;
   bool sourceEnded_ = false;
   bool started_ = false;
   /// The file has nothing but a byte-order mark, which makes one empty line.
