@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -39,6 +41,25 @@ std::string_view Trimmed(const char* first, const char* last) {
   while (first != last && *first == ' ') ++first;
   while (first != last && last[-1] == ' ') --last;
   return {first, static_cast<std::size_t>(last - first)};
+}
+
+/// The first byte from `first` on that is no letter, digit or blank, or one of the last seven bytes. Eight bytes are
+/// looked at together: the highest bit of each says whether it is in the range.
+const char* SkipWords(const char* first, const char* last) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  for (; last - first >= 8; first += 8) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, first, 8);
+    const std::uint64_t low = bytes & (0x7F * kEach);
+    const auto from = [&](std::uint64_t text, std::uint64_t c) { return text + (0x80 - c) * kEach; };
+    const std::uint64_t small = low | (0x20 * kEach);
+    const std::uint64_t letters = from(small, 'a') & ~from(small, 'z' + 1);
+    const std::uint64_t digits = from(low, '0') & ~from(low, '9' + 1);
+    const std::uint64_t blanks = from(low, ' ') & ~from(low, ' ' + 1);
+    const std::uint64_t others = (bytes | ~(letters | digits | blanks)) & (0x80 * kEach);
+    if (others != 0) return first + std::countr_zero(others) / 8;
+  }
+  return first;
 }
 
 bool AllEmpty(const std::vector<DataField>& fields) {
@@ -90,7 +111,6 @@ bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields) {
   fields.assign(1, {});
   const char* const end = raw.data() + raw.size();
   char delimiter = ',';
-  bool blanks = false;
   const char* first = raw.data();
   for (std::size_t number = 1; number <= kMostDataFields + 1; ++number) {
     const char* last = first;
@@ -101,10 +121,9 @@ bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields) {
     if (plainNumber) {
       fields.emplace_back(std::string_view(first, digits), static_cast<std::int32_t>(value));
     } else {
-      for (; last != end && KindOf(*last) != ByteKind::Delimiter; ++last) {
-        if (KindOf(*last) == ByteKind::Special) return false;
-        blanks |= *last == ' ';
-      }
+      last = SkipWords(last, end);
+      while (last != end && KindOf(*last) == ByteKind::Plain) ++last;
+      if (last != end && KindOf(*last) == ByteKind::Special) return false;
       fields.emplace_back(Trimmed(first, last));
     }
     if (last == end) break;
@@ -113,7 +132,7 @@ bool SplitPlainLine(std::string_view raw, std::vector<DataField>& fields) {
     if (*last != delimiter || number > kMostDataFields) return false;
     first = last + 1;
   }
-  if (fields.size() == 2 && blanks) {
+  if (fields.size() == 2 && fields[1].Text.find(' ') != std::string_view::npos) {
     fields.resize(1);
     SplitAtBlanks(raw, fields);
     return fields.size() <= kMostDataFields + 1;

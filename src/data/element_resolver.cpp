@@ -41,29 +41,29 @@ ElementIndex ElementResolver::FindBySearch(FacetNumber facet, std::int32_t numbe
   return FindElementFollow(number, facts, elements_, nullElement_);
 }
 
-std::optional<ElementReference> ElementResolver::FindByLabel(FacetNumber facet, std::string_view text) {
+inline ElementReference ElementResolver::FindByLabel(FacetNumber facet, std::string_view text) {
   const std::optional<ElementIndex> element = labels_.FindLabel(facet, text);
   if (!element) return {};
-  if (*element == kNoElement) return ElementReference{nullElement_, kNoElement};
+  if (*element == kNoElement) return {nullElement_, kNoElement};
   const std::int32_t number = elements_.ElementNumber[*element];
-  return ElementReference{number, Find(facet, number)};
+  return {number, Find(facet, number)};
 }
 
 ResolvedReference ElementResolver::Resolve(FacetNumber facet, std::string_view text) {
   const bool labelsFirst = numbersFirst_[facet] == 0;
-  const bool labelsNext = !labelsFirst && TakesLabels(facet);
   if (labelsFirst) {
-    if (const auto found = FindByLabel(facet, text)) return {*found, {}};
-    if (!TakesNumbers(facet)) return {};
+    const ElementReference found = FindByLabel(facet, text);
+    if (found.Element.value >= 0 || !TakesNumbers(facet)) return {found, {}};
   }
+  const bool labelsNext = !labelsFirst && TakesLabels(facet);
   const std::optional<ElementRange> range = ParseElementRange(text);
   if (!range) {
-    if (labelsNext) return {FindByLabel(facet, text).value_or(ElementReference{}), {}};
+    if (labelsNext) return {FindByLabel(facet, text), {}};
     return {{-1, labelsFirst ? kUnspecifiedElement : kNotAReference}, {}};
   }
   if (range->First != range->Second) return {{}, range};
   const ElementIndex element = Find(facet, range->First);
-  if (element == kUnspecifiedElement && labelsNext) return {FindByLabel(facet, text).value_or(ElementReference{}), {}};
+  if (element == kUnspecifiedElement && labelsNext) return {FindByLabel(facet, text), {}};
   return {{range->First, element}, {}};
 }
 

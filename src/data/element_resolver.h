@@ -80,7 +80,8 @@ class ElementResolver {
  private:
   bool Takes(FacetNumber facet, char kind) const;
   ElementIndex FindBySearch(FacetNumber facet, std::int32_t number);
-  std::optional<ElementReference> FindByLabel(FacetNumber facet, std::string_view text);
+  /// Unspecified if there is no such label.
+  ElementReference FindByLabel(FacetNumber facet, std::string_view text);
 
   FacetTable& facets_;
   const FieldMap& fields_;

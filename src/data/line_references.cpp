@@ -54,6 +54,10 @@ void LineReferences::OrderDerived() {
   derivedCircular_ = !waiting.empty();
 }
 
+inline void LineReferences::UpdateAllKnown() {
+  allKnown_ = std::all_of(elements_.begin(), elements_.end(), [](ElementIndex element) { return element.value >= 0; });
+}
+
 void LineReferences::Complete(DataLine& line) {
   if (derivedCircular_) throw Halt{FailureCode::DvaluesCircular, {}};
   for (const ColumnPlan& plan : derived_) Derive(plan, line);
@@ -70,10 +74,6 @@ void LineReferences::ResolveText(const ColumnPlan& plan, const DataField& field)
   const ResolvedReference reference = resolver_.Resolve(plan.Facet, field.Text);
   Set(plan.Position, reference.Single);
   if (reference.Range) OpenRange(plan, field.Text, *reference.Range);
-}
-
-void LineReferences::UpdateAllKnown() {
-  allKnown_ = std::all_of(elements_.begin(), elements_.end(), [](ElementIndex element) { return element.value >= 0; });
 }
 
 void LineReferences::OpenRange(const ColumnPlan& plan, std::string_view text, ElementRange range) {
@@ -100,7 +100,9 @@ void LineReferences::NextOfRange(DataLine& line) {
   ++rangeStep_;
   if (!RangeInUse()) return;
   const std::int32_t number = RangeNumber(rangeStep_);
-  Set(rangePosition_, {number, resolver_.Find(fields_.Positions[rangePosition_].PositionFacet, number)});
+  const ElementIndex element = resolver_.Find(fields_.Positions[rangePosition_].PositionFacet, number);
+  Set(rangePosition_, {number, element});
+  if (allKnown_ && element.value >= 0 && derived_.empty()) return;
   for (const ColumnPlan& plan : derived_)
     if (plan.Position != rangePosition_) Derive(plan, line);
   UpdateAllKnown();

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "state/elements.h"
@@ -29,13 +28,24 @@ class LabelLists {
     std::string Key;
     ElementIndex Element;
   };
+  struct Slot {
+    std::uint32_t Hash = 0;
+    /// Where in `Sorted` the key stands, -1 for a slot that is free.
+    std::int32_t At = -1;
+  };
   struct List {
     bool Filled = false;
     std::vector<Entry> Sorted;
-    /// The first element of each key that a text can be equal to; views into `Sorted`.
-    std::unordered_map<std::string_view, ElementIndex> ByKey;
+    /// The first entry of each key that a text can be equal to, at the highest bits of its hash or in the next free
+    /// slot behind; a power of two, at least twice as many as there are entries.
+    std::vector<Slot> Slots;
+    /// How far a hash is shifted to the number of its slot.
+    int Shift = 0;
   };
   void Fill(FacetNumber facet);
+  static void FillSlots(List& list);
+  /// The slot that holds `key`, or the free one where it belongs.
+  static std::size_t SlotOf(const List& list, std::uint32_t hash, std::string_view key);
   static std::optional<ElementIndex> Search(const std::vector<Entry>& sorted, std::string_view text);
 
   const FacetTable& facets_;

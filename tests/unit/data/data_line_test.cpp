@@ -61,6 +61,27 @@ TEST(DataLine, BothWaysOfSplittingAgree) {
   EXPECT_GT(taken, 100000);
 }
 
+// Texts are looked at eight bytes at a time: every byte must be seen wherever it stands.
+TEST(DataLine, BothWaysOfSplittingSeeEveryByteAtEveryPlace) {
+  std::string work;
+  std::vector<DataField> plain;
+  std::vector<DataField> any;
+  int refused = 0;
+  for (int byte = 0; byte < 256; ++byte) {
+    for (std::size_t at = 0; at < 20; ++at) {
+      std::string raw = "The 2nd Raters of all,17,x 1";
+      raw[at] = static_cast<char>(byte);
+      SplitAnyLine(raw, work, any);
+      if (!SplitPlainLine(raw, plain)) {
+        ++refused;
+        continue;
+      }
+      ASSERT_TRUE(plain == any) << byte << " at " << at;
+    }
+  }
+  EXPECT_EQ(refused, 20 * (32 + 8)) << "control characters and those with a meaning";
+}
+
 TEST(DataLine, FieldsKnowTheirPlainNumbers) {
   const auto number = [](std::string_view text) { return DataField(text).Number; };
   EXPECT_EQ(number("0"), 0);

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "spec/label_lookup.h"
+#include "support/bytes.h"
 #include "unit/spec/spec_run.h"
 
 namespace tessaly {
@@ -83,6 +87,42 @@ TEST(LabelLookup, KeysAbbreviationsAndTies) {
   EXPECT_FALSE(lists.FindLabel({2}, "x"));
   EXPECT_EQ(lists.FindLabel({2}, "0"), kNoElement) << "a facet without elements still has its null element";
   EXPECT_FALSE(lists.FindLabel({3}, "x"));
+}
+
+// The rule in words: among the keys that are the text or begin with it, the first in sort order, then the first
+// element.
+TEST(LabelLookup, AgreesWithLookingAtEveryLabel) {
+  std::mt19937 random(8);
+  const auto anyText = [&](std::string_view letters, std::size_t longest) {
+    std::string text(1 + random() % longest, ' ');
+    for (char& c : text) c = letters[random() % letters.size()];
+    return text;
+  };
+  std::string labels;
+  for (int element = 1; element <= 3000; ++element)
+    labels += std::to_string(element) + "," + anyText("ab_", 12) + (element % 3 == 0 ? "-abcdefghijkl" : "") + "\n";
+  SpecRun run("Facets=1\nLabels=\n1,facet\n" + labels + "*\n");
+  ASSERT_EQ(run.Error, "");
+  LabelLists lists(run.A.Facets, run.A.Elements, run.Said);
+  const auto expected = [&](std::string text) {
+    std::replace(text.begin(), text.end(), '_', '-');
+    std::pair<std::string, int> best{"~", -1};
+    for (const ElementIndex element : run.A.Facets[{1}].Elements()) {
+      const std::string key = Replaced(run.A.Elements.ElementLabel[element], '_', '-');
+      if (key.starts_with(text)) best = std::min(best, {key, element.value});
+    }
+    return best.second;
+  };
+  int found = 0;
+  for (int round = 0; round < 3000; ++round) {
+    std::string text = anyText("ab_-", 11);
+    if (round % 4 == 0) text = run.A.Elements.ElementLabel[{1 + round}];
+    const auto element = lists.FindLabel({1}, round % 3 == 0 ? " '" + text + "\"" : text);
+    ASSERT_EQ(element ? element->value : -1, expected(text)) << text;
+    found += element.has_value();
+  }
+  EXPECT_GT(found, 1000);
+  EXPECT_LT(found, 2900);
 }
 
 }  // namespace
