@@ -15,7 +15,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 /// The lines of a file, without their CR LF.
-Lines LinesOf(const std::string& path) {
+Lines LinesOfFile(const std::string& path) {
   std::ifstream stream(path, std::ios::binary);
   Lines lines;
   for (std::string line; std::getline(stream, line);) {
@@ -30,7 +30,7 @@ Lines Written(const Analysis& analysis, FacetNumber facet, OutputDestination to 
   TextOutput file(folder.Path() + "scores.txt");
   WriteScoreFile(facet, to, analysis, file);
   file.Close();
-  return LinesOf(file.Path());
+  return LinesOfFile(file.Path());
 }
 
 // Facet 2, negative, has Ann (7) with figures of all kinds, and Roberta without observations.
@@ -227,15 +227,15 @@ TEST_F(ScoreFileTest, AllFacetsWithLabelsUntilOneFails) {
   A.Settings.ScoreFileName = " scores.XLS ";
   EXPECT_TRUE(WriteAllScoreFiles(ScoreFilePath(A.Settings), A, console));
   EXPECT_FALSE(exists("scores1.XLS"));
-  EXPECT_EQ(LinesOf(folder.Path() + "scores2.XLS")[0], "2\tRaters");
-  EXPECT_EQ(LinesOf(folder.Path() + "scores4.XLS")[0], "4\t_12");
+  EXPECT_EQ(LinesOfFile(folder.Path() + "scores2.XLS")[0], "2\tRaters");
+  EXPECT_EQ(LinesOfFile(folder.Path() + "scores4.XLS")[0], "4\t_12");
   EXPECT_EQ(console.Messages[1], "Writing score file for facet 3 to " + folder.Path() + "scores3.XLS");
   EXPECT_TRUE(console.Warnings.empty());
 
   // A full disk takes the file, but not its lines.
   std::filesystem::create_symlink("/dev/full", folder.Path() + "s3.txt");
   EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "s.txt", A, console));
-  EXPECT_EQ(LinesOf(folder.Path() + "s2.txt").size(), 3U);
+  EXPECT_EQ(LinesOfFile(folder.Path() + "s2.txt").size(), 3U);
   EXPECT_FALSE(exists("s4.txt"));
   EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "none/", A, console));
   EXPECT_EQ(
