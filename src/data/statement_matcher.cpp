@@ -54,7 +54,7 @@ StatementMatcher::Block StatementMatcher::MakeBlock(const Table<StatementNumber,
                                                     std::int32_t first) {
   const std::int32_t last = std::min(first + kStatementsPerBlock, statements.size()) - 1;
   const IndexRange<StatementNumber> inBlock({first}, {last});
-  const auto count = static_cast<std::size_t>(last - first + 1);
+  const auto count = static_cast<std::size_t>(last - first) + 1;
   Block block{first, (count + kBitsPerWord - 1) / kBitsPerWord, {}, {}};
   block.All.assign(block.Words, ~std::uint64_t{0});
   if (count % kBitsPerWord != 0) block.All.back() = (std::uint64_t{1} << (count % kBitsPerWord)) - 1;

@@ -34,7 +34,8 @@ struct DataFit {
   void AddToSummary(const Observation& obs, const ObservationFit& fit);
 
   static std::size_t Row(ReadStatus status) {
-    return static_cast<std::size_t>(static_cast<std::int32_t>(status) + kStatusOffset);
+    const std::int32_t row = static_cast<std::int32_t>(status) + kStatusOffset;
+    return static_cast<std::size_t>(row);
   }
 };
 

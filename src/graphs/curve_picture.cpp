@@ -30,7 +30,7 @@ std::vector<StyledCurve> StyledCurves(const CurvePlot& plot, JoinMode join) {
   for (const Series& series : plot.Curves) {
     const std::int32_t ordinal = ordinals.at(static_cast<std::size_t>(series.Role))++;
     StyledCurve curve{&series, StyleOf(series, ordinal, plot.Kind, join)};
-    if (!series.Points.empty() && curve.Style.Drawn()) curves.push_back(std::move(curve));
+    if (!series.Points.empty() && curve.Style.Drawn()) curves.push_back(curve);
   }
   return curves;
 }

@@ -99,8 +99,10 @@ class Curves {
 
   std::string FrameRule(RuleKind kind) const {
     std::string rule(static_cast<std::size_t>(axis_.Columns()) + 1, '-');
-    for (std::int32_t tick = 0; tick <= axis_.Ticks; ++tick)
-      rule[static_cast<std::size_t>(tick * axis_.ColumnsPerTick)] = 'x';
+    for (std::int32_t tick = 0; tick <= axis_.Ticks; ++tick) {
+      const std::int32_t column = tick * axis_.ColumnsPerTick;
+      rule[static_cast<std::size_t>(column)] = 'x';
+    }
     return std::string(kFrameMargin, ' ') + BoxLine("x" + rule + "x", kind, crossTicks_);
   }
 

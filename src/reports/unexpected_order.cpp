@@ -129,6 +129,7 @@ std::vector<UnexpectedOrder> ParseUsort(std::string_view usort) {
 void SortUnexpected(const UnexpectedOrder& order, const FieldMap& fields, std::vector<UnexpectedResponse>& responses) {
   const SortFigures figures(order, fields);
   std::vector<std::pair<std::vector<double>, std::size_t>> keys;
+  keys.reserve(responses.size());
   for (const UnexpectedResponse& response : responses) keys.emplace_back(figures.Of(response), keys.size());
   std::sort(keys.begin(), keys.end());
   std::vector<UnexpectedResponse> sorted;

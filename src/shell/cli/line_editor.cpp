@@ -37,7 +37,7 @@ char** CompleteWord(const char* text, int start, int) {
   rl_attempted_completion_over = 1;
   completions = completeLine(std::string(rl_line_buffer, static_cast<std::size_t>(start)) + text);
   const bool open = completions.size() != 1 || completions.front().ends_with('=') || completions.front().ends_with('/');
-  rl_completion_append_character = open ? '\0' : ' ';
+  rl_completion_append_character = open ? 0 : ' ';
   return completions.empty() ? nullptr : rl_completion_matches(text, NextWord);
 }
 
