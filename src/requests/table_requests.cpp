@@ -92,10 +92,10 @@ void RequestTable4(SessionState& session, const RequestOptions& options) {
                 [&](ReportWriter& report, RunControl& control, Console& console) {
                   const UnexpectedList& own = session.Run.Unexpected;
                   if (own.Least() == settings.UnexpectedMin && own.Most() == settings.T4Max)
-                    return UnexpectedTables(own, session.A, report, console);
+                    return UnexpectedTables(own, session.A, report, control, console);
                   UnexpectedTables(CollectUnexpected(settings.UnexpectedMin, settings.T4Max, session.A,
                                                      session.Run.Store, session.Run.Kernel, control, console),
-                                   session.A, report, console);
+                                   session.A, report, control, console);
                 });
 }
 
