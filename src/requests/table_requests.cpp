@@ -127,8 +127,8 @@ void RequestTable7(SessionState& session, const RequestOptions& options) {
   ReadUnobserved(options, session.A.Settings);
   const std::string arrange = Table7Arrangement(options, session);
   RequestOutput(options, session)
-      .Tables("T7", "Table 7 (" + arrange + ")", [&](ReportWriter& report, RunControl&, Console& console) {
-        MeasurementReport(arrange, session.A, report, console);
+      .Tables("T7", "Table 7 (" + arrange + ")", [&](ReportWriter& report, RunControl& control, Console& console) {
+        MeasurementReport(arrange, session.A, report, control, console);
       });
 }
 

@@ -295,7 +295,7 @@ class AnalysisRun {
     if (report_.Wants(6)) WriteTable6();
     report_.SelectTable(7);
     if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
-      MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+      MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, control_, console_);
     report_.SelectTable(8);
     if (report_.Wants(8)) CategoryReport(analysis_.Settings.T8NBC, analysis_, *kernel_, report_, console_);
     report_.SelectTable(4);

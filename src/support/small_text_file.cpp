@@ -97,6 +97,14 @@ std::optional<mode_t> ReplaceableMode(const std::string& path) {
   return status.st_mode & 07777;
 }
 
+LineFile OpenSmallFile(const std::string& path) {
+  try {
+    return LineFile(path);
+  } catch (const Halt& halt) {
+    throw Halt{halt.Code, path + ": " + FailureText(halt, {})};
+  }
+}
+
 /// Removes the file of that name, unless it has got another one.
 class NewFile {
  public:
@@ -123,7 +131,7 @@ std::string TextOf(const std::vector<std::string>& lines) {
 
 std::optional<std::vector<std::string>> ReadSmallFile(const std::string& path) {
   if (Missing(path)) return {};
-  LineFile file(path);
+  LineFile file = OpenSmallFile(path);
   CheckLength(static_cast<std::size_t>(file.FileLength()));
   if (const std::string_view format = file.ForeignFormat(); !format.empty())
     throw Halt{FailureCode::InvalidFileFormat, "it has " + std::string(format) + " format"};
