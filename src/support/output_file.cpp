@@ -30,8 +30,9 @@ FileDescriptor OpenToWrite(const std::string& path, int flags) {
 
 int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)()) {
   while (!bytes.empty()) {
+    if (givesUp != nullptr && givesUp()) return EINTR;
     const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR && (givesUp == nullptr || !givesUp())) continue;
+    if (count < 0 && errno == EINTR) continue;
     if (count <= 0) return count < 0 ? errno : ENOSPC;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }

@@ -10,7 +10,7 @@
 namespace tessaly {
 
 /// Writes all of `bytes` to an open file, however small the steps that the system takes. Gives 0, or the system's
-/// error. An interrupted step is taken again, unless there is a `givesUp` that says no.
+/// error. While `givesUp`, if there is one, says yes, no step is begun: the error is EINTR then.
 int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)() = nullptr);
 
 /// Throws `Halt` with the system's error unless `path` can be written. Leaves the file as it is, or absent.

@@ -168,6 +168,8 @@ int Run(const std::vector<std::string>& words, BatchConsole& console, tessaly::T
   }
   const int status = OnlyHelp(sorted) ? ShowHelp(sorted.Requests, console) : Analyse(sorted, console, user);
   if (console.OutputError() == 0) return status;
+  // The signal came behind the last poll, but what was asked for was cut.
+  if (user.StopSignal() != 0) throw tessaly::Stopped{tessaly::StopReason::User};
   PrintError({"Standard output could not be written: ", std::strerror(console.OutputError()), "\n"});
   return kHalted;
 }
