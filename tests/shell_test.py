@@ -202,7 +202,8 @@ class Shell(unittest.TestCase):
                                       stdout=stream, stderr=subprocess.PIPE, text=True, check=False,
                                       preexec_fn=None if output else lambda: os.close(1))
             self.assertEqual(done.returncode, status, done.stderr)
-            self.assertEqual("Standard output could not be written: No space left on device" in done.stderr, status == 1)
+            told = "Standard output could not be written: No space left on device" in done.stderr
+            self.assertEqual(told, status == 1)
             self.assertEqual((self.folder / "spec.out.txt").read_bytes(), whole, "status lines in the report?")
         with open("/dev/full", "w") as stream:
             done = subprocess.run([PROGRAM, "--help"], stdout=stream, stderr=subprocess.PIPE, check=False)

@@ -79,9 +79,9 @@ class Run:
         environment = {"PATH": os.environ["PATH"], "TMPDIR": str(temporary), "SOURCE_DATE_EPOCH": "0",
                        "TESSALY_SETTINGS": str(folder / "settings.ini"),
                        "LD_PRELOAD": " ".join([*os.environ.get("FAULT_PRELOAD", "").split(), shim]),
-                       "ASAN_OPTIONS": "detect_leaks=0", "FAULT_CALL": fault.call, "FAULT_AT": str(fault.at),
-                       "FAULT_ERROR": str(fault.error), "FAULT_STICKY": str(int(fault.sticky)),
-                       "FAULT_COUNTS": str(theirs)}
+                       "ASAN_OPTIONS": "detect_leaks=0:exitcode=99", "UBSAN_OPTIONS": "exitcode=99",
+                       "FAULT_CALL": fault.call, "FAULT_AT": str(fault.at), "FAULT_ERROR": str(fault.error),
+                       "FAULT_STICKY": str(int(fault.sticky)), "FAULT_COUNTS": str(theirs)}
         try:
             done = subprocess.run([program, *analysis.words], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                                   capture_output=True, pass_fds=[theirs], timeout=LONGEST_RUN, check=False)
@@ -176,7 +176,8 @@ def main():
     every = dict.fromkeys(ERRORS, 10**9)
     selected = dict.fromkeys(ERRORS, 12) | {"malloc": SELECTED_MALLOCS}
     kinds = [call for call in ERRORS if call != "malloc" or not options.no_malloc]
-    files = ["Anchorfile=a.txt", "Residualfile=r.txt", "Scorefile=s.txt", "Graphfile=g.txt,Comma", "Simulated=sim.txt", "Seed=1"]
+    files = ["Anchorfile=a.txt", "Residualfile=r.txt", "Scorefile=s.txt", "Graphfile=g.txt,Comma",
+             "Simulated=sim.txt", "Seed=1"]
     small = Analysis(6, 4, ["Models=?B,?B,R4", "Interrater=2", "Ptbiserial=Y", *files],
                      ["table7 to=screen", "scorefile to=temporary", "table8 file=t8.txt",
                       "scorefile fields=Measure default=yes"])
@@ -184,7 +185,8 @@ def main():
     # Large enough for a second thread.
     large = Analysis(1100, 20, ["Models=?,?,R4", "Iterations=3", "Residualfile=r.txt"], ["curves empirical=yes"])
     few = dict.fromkeys(ERRORS, 40 if options.all else 3)
-    wrong += try_all(large, options.program, options.shim, [k for k in kinds if k in ("thread", "malloc", "write")], few)
+    kinds = [call for call in kinds if call in ("thread", "malloc", "write")]
+    wrong += try_all(large, options.program, options.shim, kinds, few)
     sys.exit(wrong != 0)
 
 
