@@ -18,7 +18,8 @@ std::string TemporaryFolder();
 std::string TemporaryFolderOr(const std::string& folder);
 
 /// A new unique file name in `folder`, with `prefix` and `extension` (".txt"). The file is new, empty and
-/// readable by this user alone. If `folder` takes no file, the name is in `TemporaryFolder()`. Throws `Halt` with the system's error if that fails too.
+/// readable by this user alone. If `folder` takes no file, the name is in `TemporaryFolder()`. Throws `Halt` with the
+/// system's error if that fails too.
 std::string MakeTemporaryName(const std::string& folder, std::string_view prefix, std::string_view extension);
 
 /// Files that somebody may look at until this goes; then they are gone.
