@@ -106,12 +106,12 @@ LineFile OpenSmallFile(const std::string& path) {
 }
 
 /// Removes the file of that name, unless it has got another one.
-class NewFile {
+class UnfinishedFile {
  public:
-  explicit NewFile(const std::string& name) : name_(name) {}
-  ~NewFile() { unlink(name_.c_str()); }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
+  explicit UnfinishedFile(const std::string& name) : name_(name) {}
+  ~UnfinishedFile() { unlink(name_.c_str()); }
+  UnfinishedFile(const UnfinishedFile&) = delete;
+  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
 
  private:
   const std::string& name_;
@@ -161,7 +161,7 @@ void SmallFileUpdate::Replace(const std::vector<std::string>& lines) const {
   std::string name = target + ".XXXXXX";
   FileDescriptor file(mkostemp(name.data(), O_CLOEXEC));
   if (!file.Valid()) throw SystemFailure(errno, target);
-  const NewFile written(name);
+  const UnfinishedFile written(name);
   if (const int error = WriteAll(file.Get(), text); error != 0) throw SystemFailure(error, target);
   // Not every file system has permissions.
   if (mode) fchmod(file.Get(), *mode);
