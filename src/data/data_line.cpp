@@ -20,8 +20,8 @@ enum class ByteKind : unsigned char { Plain, Delimiter, Special };
 constexpr std::array<ByteKind, 256> ByteKinds() {
   std::array<ByteKind, 256> kinds{};
   for (std::size_t control = 0; control < ' '; ++control) kinds[control] = ByteKind::Special;
-  for (const unsigned char special : {';', '=', '"', '\'', '*', '_', '\xA0', '\xFF'})
-    kinds[special] = ByteKind::Special;
+  for (const char special : {';', '=', '"', '\'', '*', '_', '\xA0', '\xFF'})
+    kinds[static_cast<unsigned char>(special)] = ByteKind::Special;
   kinds[','] = ByteKind::Delimiter;
   kinds['\t'] = ByteKind::Delimiter;
   return kinds;

@@ -8,11 +8,11 @@ namespace tessaly {
 namespace {
 
 /// Spreads below this share of their sum of squares are rounding: nothing varies.
-constexpr double kRounding = 1e-12;
+constexpr double kRoundingOfMoments = 1e-12;
 
 double Spread(double squares, double sum, double n) {
   const double spread = squares - sum * sum / n;
-  return spread > kRounding * squares ? spread : 0;
+  return spread > kRoundingOfMoments * squares ? spread : 0;
 }
 
 float Ratio(double covariance, double spreads) {

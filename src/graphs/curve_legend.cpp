@@ -13,7 +13,7 @@ namespace {
 constexpr double kRowHeight = 3.3;
 constexpr double kSampleWidth = 6.5;
 constexpr double kSampleGap = 1.2;
-constexpr double kColumnGap = 3;
+constexpr double kLegendGap = 3;
 constexpr std::size_t kMostEntries = 36;
 constexpr std::size_t kMostColumns = 4;
 
@@ -43,7 +43,7 @@ LegendGrid GridOf(const std::vector<std::string>& names, std::size_t columns) {
   grid.Rows = (names.size() + columns - 1) / columns;
   for (std::size_t at = 0; at < names.size(); ++at) {
     if (at % grid.Rows == 0) grid.Widths.push_back(0);
-    const double width = kSampleWidth + kSampleGap + TextWidth(names[at], kSmallText) + kColumnGap;
+    const double width = kSampleWidth + kSampleGap + TextWidth(names[at], kSmallText) + kLegendGap;
     grid.Widths.back() = std::max(grid.Widths.back(), width);
   }
   return grid;
@@ -53,7 +53,7 @@ LegendGrid GridOf(const std::vector<std::string>& names, std::size_t columns) {
 LegendGrid PlanGrid(const std::vector<std::string>& names, double width) {
   for (std::size_t columns = std::min(kMostColumns, names.size()); columns > 1; --columns) {
     const LegendGrid grid = GridOf(names, columns);
-    if (std::accumulate(grid.Widths.begin(), grid.Widths.end(), -kColumnGap) <= width) return grid;
+    if (std::accumulate(grid.Widths.begin(), grid.Widths.end(), -kLegendGap) <= width) return grid;
   }
   return GridOf(names, 1);
 }

@@ -18,13 +18,8 @@ namespace tessaly {
 namespace {
 
 constexpr double kPageWidth = 80;
-constexpr double kEdge = 1.5;
 constexpr double kPlotHeight = 50;
-constexpr double kTitleSize = 2.9;
 constexpr double kAxisTitleSize = 2.6;
-/// From one line of a text to the next, in sizes.
-constexpr double kLineFeed = 1.25;
-constexpr double kTickLength = 1.1;
 constexpr double kMinorTickLength = 0.6;
 constexpr double kTickGap = 0.6;
 constexpr Stroke kAxisStroke{kBlack, kThinLine, {}};
@@ -78,8 +73,6 @@ class Picture {
   }
 
   double DrawTitle(double top) {
-    // Bold letters are wider than the plain ones that are measured.
-    constexpr double kBoldRoom = 0.9;
     const double width = (kPageWidth - 2 * kEdge) * kBoldRoom;
     const std::vector<std::string> lines = Wrapped(DisplayText(plot_.Title), kTitleSize, width, 2);
     return DrawTextLines(lines, kPageWidth / 2, top, {.Size = kTitleSize, .Bold = true}) + 1.5;
@@ -89,15 +82,15 @@ class Picture {
   /// ticks at round values.
   static PictureAxis AxisFor(float low, float high, bool asFitted, double divisions) {
     constexpr double kRoundTicks = 10;
-    if (asFitted && !(divisions > kMostDivisions)) return DivideAxis(double{low}, double{high}, divisions);
-    return RoundAxis(double{low}, double{high}, kRoundTicks);
+    if (asFitted && !(divisions > kMostDivisions)) return DivideAxis(double(low), double(high), divisions);
+    return RoundAxis(double(low), double(high), kRoundTicks);
   }
 
   void PlaceFrame(double top) {
     const XAxisSettings& x = plot_.X;
     const YAxisSettings& y = plot_.Y;
     frame_.X =
-        AxisFor(x.ShownMin, x.ShownMax, x.ShownMin == x.SliderLow && x.ShownMax == x.SliderHigh, double{x.Divisions});
+        AxisFor(x.ShownMin, x.ShownMax, x.ShownMin == x.SliderLow && x.ShownMax == x.SliderHigh, double(x.Divisions));
     frame_.Y = AxisFor(y.ShownMin, y.ShownMax,
                        y.ShownMin == static_cast<float>(y.FullMin) && y.ShownMax == static_cast<float>(y.FullMax),
                        double(y.Divisions));
@@ -155,7 +148,7 @@ class Picture {
     const auto observed = [](const StyledCurve& curve) { return curve.Curve->Role == SeriesRole::Empirical; };
     if (std::none_of(curves_.begin(), curves_.end(), observed)) return top;
     const double baseline = top + kLineFeed * kSmallText;
-    page_.Text({kEdge, baseline}, "Empirical interval: " + ZeroedNumber(double{plot_.EmpiricalInterval}, 1, 2), {});
+    page_.Text({kEdge, baseline}, "Empirical interval: " + ZeroedNumber(double(plot_.EmpiricalInterval), 1, 2), {});
     return baseline;
   }
 

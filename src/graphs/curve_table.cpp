@@ -9,8 +9,7 @@ namespace tessaly {
 
 namespace {
 
-/// Beyond this every response is certain.
-constexpr double kFarthestLogit = 1e5;
+constexpr auto kFarthestDrawn = double(kFarthestLogit);
 
 }  // namespace
 
@@ -21,7 +20,7 @@ CurveTable::CurveTable(const GraphScale& scale, const MeasureGrid& grid, double 
   for (std::int32_t row = 1; row <= rows_; ++row) {
     const double measure = grid.MeasureOf(row);
     cells_[Cell(row, kMeasure)] = static_cast<float>(measure);
-    FillRow(row, scale, static_cast<float>(std::clamp(measure / unit, -kFarthestLogit, kFarthestLogit)), kernel);
+    FillRow(row, scale, static_cast<float>(std::clamp(measure / unit, -kFarthestDrawn, kFarthestDrawn)), kernel);
   }
   const std::span<const float> information = Column(Information());
   largestInformation_ = std::max(1.0F, *std::max_element(information.begin(), information.end()));

@@ -16,7 +16,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr double kWidestLabels = 30;
+constexpr double kWidestElements = 30;
 constexpr double kBarHeight = 2.2;
 constexpr double kBarGap = kThinLine;
 constexpr Color kBarFill{120, 160, 190};
@@ -28,9 +28,9 @@ class LabelColumn : public MapColumn {
       : heading_(std::move(heading)),
         labels_(std::move(labels)),
         axis_(axis),
-        textWidth_(WidthOfLabels(labels_, kWidestLabels)) {
+        textWidth_(WidthOfLabels(labels_, kWidestElements)) {
     // Where there are too many rows, longer rows hold more of the labels.
-    if (ArrangeLabels(labels_, axis.Top, axis.Bottom, textWidth_).Counted) textWidth_ = kWidestLabels;
+    if (ArrangeLabels(labels_, axis.Top, axis.Bottom, textWidth_).Counted) textWidth_ = kWidestElements;
   }
 
   std::string Heading() const override { return heading_; }
@@ -144,7 +144,7 @@ double Standing(const PlacedElement& placed, const RulerAxis& ruler, bool extrem
   const bool extreme = status == ElementStatus::Minimum || status == ElementStatus::Maximum;
   // On a ruler they have been sent to the end that a negative Uscale= makes theirs.
   if (extreme && !extremesByMeasure) return placed.Line < ruler.LastLine ? axis.Scale.High : axis.Scale.Low;
-  const double measure = double{analysis.Settings.UserMeasure(analysis.Elements.ElementMeasure[placed.Element])};
+  const double measure = double(analysis.Settings.UserMeasure(analysis.Elements.ElementMeasure[placed.Element]));
   return std::clamp(measure, axis.Scale.Low, axis.Scale.High);
 }
 

@@ -11,12 +11,12 @@ namespace tessaly {
 namespace {
 
 /// So far out that sums and round steps of measures still are 32-bit integers.
-constexpr double kFarthest = 9e8;
+constexpr double kFarthestAxis = 9e8;
 
-/// Nearest integer, ties to even, held at `kFarthest`; 0 for what is no number.
+/// Nearest integer, ties to even, held at `kFarthestAxis`; 0 for what is no number.
 std::int64_t Rounded(double value) {
   if (std::isnan(value)) return 0;
-  return static_cast<std::int64_t>(std::nearbyint(std::clamp(value, -kFarthest, kFarthest)));
+  return static_cast<std::int64_t>(std::nearbyint(std::clamp(value, -kFarthestAxis, kFarthestAxis)));
 }
 
 struct WholeRange {
@@ -67,7 +67,7 @@ std::int32_t Narrow(std::int64_t value) {
 MeasureGrid FitXAxis(const CurveRange& curves, const EmpiricalRange& data, double unit) {
   const WholeRange shown = ShownRange(static_cast<double>(std::min({curves.Low, curves.High, data.DataMin})),
                                       static_cast<double>(std::max({curves.Low, curves.High, data.DataMax})));
-  const std::int64_t margin = std::min(Rounded(2 * (unit + 0.1)), Rounded(kFarthest / 10));
+  const std::int64_t margin = std::min(Rounded(2 * (unit + 0.1)), Rounded(kFarthestAxis / 10));
   // Never nothing: what is farthest is well within its bounds.
   const MeasureAxis full = *FitMeasureAxis(static_cast<float>(shown.Low - margin),
                                            static_cast<float>(shown.High + margin), kMostGridRows - 1);

@@ -158,10 +158,10 @@ double WidthOfLabels(const std::vector<HeightLabel>& labels, double most) {
 }
 
 void DrawOnPaper(SvgPage& page, SvgPoint at, const std::string& text) {
-  constexpr double kMargin = 0.3;
+  constexpr double kPaperMargin = 0.3;
   const double half = kLetterHeight * kSmallText / 2;
   page.Rect(
-      {at.X - kMargin, at.Y - half - kMargin, at.X + TextWidth(text, kSmallText) + kMargin, at.Y + half + kMargin},
+      {at.X - kPaperMargin, at.Y - half - kPaperMargin, at.X + TextWidth(text, kSmallText) + kPaperMargin, at.Y + half + kPaperMargin},
       kWhite);
   page.Text({at.X, at.Y + half}, text, {});
 }

@@ -10,10 +10,10 @@ namespace {
 constexpr double kFinest = 100;
 constexpr double kMostBins = 32760;
 /// Beyond this nothing is measured, only run away.
-constexpr float kFarthestLogit = 1e6F;
+constexpr float kFarthestBin = 1e6F;
 
 double HeldEnd(float measure) {
-  return std::isfinite(measure) ? static_cast<double>(std::clamp(measure, -kFarthestLogit, kFarthestLogit)) : 0.0;
+  return std::isfinite(measure) ? static_cast<double>(std::clamp(measure, -kFarthestBin, kFarthestBin)) : 0.0;
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kMinus = "\xE2\x88\x92";
 /// Values this near to each other, in steps, are the same.
 constexpr double kNearly = 1e-3;
-constexpr double kFarthest = 1e30;
+constexpr double kFarthestEnd = 1e30;
 
 bool NearlyWhole(double value, double tolerance) {
   return std::fabs(value - std::round(value)) < tolerance;
@@ -54,8 +54,8 @@ void NameTicks(PictureAxis& axis, double step) {
 PictureAxis AxisBetween(double low, double high) {
   PictureAxis axis;
   if (!std::isfinite(low) || !std::isfinite(high)) return axis;
-  axis.Low = std::clamp(std::min(low, high), -kFarthest, kFarthest);
-  axis.High = std::clamp(std::max(low, high), -kFarthest, kFarthest);
+  axis.Low = std::clamp(std::min(low, high), -kFarthestEnd, kFarthestEnd);
+  axis.High = std::clamp(std::max(low, high), -kFarthestEnd, kFarthestEnd);
   // Singles that differ at all differ by more than this.
   const double least = std::max({std::fabs(axis.Low), std::fabs(axis.High), 1e-6}) * 1e-9;
   if (axis.High - axis.Low < least) axis.High = axis.Low + std::max(1.0, 2 * least);

@@ -17,7 +17,7 @@ struct PlotFrame {
 
   /// On the page, perhaps outside the box. The coordinates are finite.
   SvgPoint At(CurvePoint point) const {
-    return {Box.Left + X.Share(double{point.X}) * Box.Width(), Box.Bottom - Y.Share(double{point.Y}) * Box.Height()};
+    return {Box.Left + X.Share(double(point.X)) * Box.Width(), Box.Bottom - Y.Share(double(point.Y)) * Box.Height()};
   }
   /// The points of a curve between its gaps; a point that is no number is a gap.
   std::vector<std::vector<SvgPoint>> Runs(const Series& curve) const;

@@ -18,7 +18,7 @@ namespace tessaly {
 namespace {
 
 constexpr double kBarWidth = 2.6;
-constexpr double kWidestLabels = 26;
+constexpr double kWidestCategories = 26;
 constexpr Color kEvenFill{225, 225, 225};
 constexpr Stroke kOutline{kBlack, kThinLine, {}};
 
@@ -36,7 +36,7 @@ class ScalePieces : public MapColumn {
 
   std::string Heading() const override { return heading_; }
   double NaturalWidth() const override {
-    return std::max(kBarWidth + kLeaderWidth + WidthOfLabels(labels_, kWidestLabels), 12.0);
+    return std::max(kBarWidth + kLeaderWidth + WidthOfLabels(labels_, kWidestCategories), 12.0);
   }
   double LeastWidth() const override { return std::min(NaturalWidth(), 13.0); }
   void Draw(SvgPage& page, double left, double width) override {
@@ -66,7 +66,7 @@ std::vector<Piece> VisiblePieces(const ReportedScale& scale, const MapAxis& axis
       const float half = static_cast<float>(k) + 0.5F;
       const float logit = MeasureForScore(kernel, scale.Number, scale.Type, scale.Top, half).Measure;
       next =
-          std::clamp(axis.YOf(double{settings.Umean} + double{settings.Uscale} * double{logit}), axis.Top, axis.Bottom);
+          std::clamp(axis.YOf(double(settings.Umean) + double(settings.Uscale) * double(logit)), axis.Top, axis.Bottom);
     }
     const Piece piece{k, std::min(end, next), std::max(end, next)};
     end = next;

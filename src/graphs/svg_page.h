@@ -42,6 +42,9 @@ struct SvgBox {
 
 /// Lines thinner than this are lost in print.
 constexpr double kThinLine = 0.25;
+/// From the edge of a page to what is drawn.
+constexpr double kEdge = 1.5;
+constexpr double kTickLength = 1.1;
 
 struct Stroke {
   Color Ink = kBlack;
@@ -54,6 +57,11 @@ enum class TextAnchor { Start, Middle, End };
 
 /// The smallest letters of a page, 6.8 points.
 constexpr double kSmallText = 2.4;
+constexpr double kTitleSize = 2.9;
+/// From one line of a text to the next, in sizes.
+constexpr double kLineFeed = 1.25;
+/// Bold letters are wider than the plain ones that are measured.
+constexpr double kBoldRoom = 0.9;
 /// Letters reach about so far (in sizes) above the line that they stand on: half of it centres them.
 constexpr double kLetterHeight = 0.7;
 

@@ -27,20 +27,14 @@ namespace {
 constexpr double kNarrowPage = 80;
 constexpr double kWidePage = 160;
 constexpr std::size_t kMostOnNarrowPage = 3;
-constexpr double kEdge = 1.5;
 constexpr double kColumnGap = 1.8;
 constexpr double kLowestMap = 95;
 constexpr double kHighestPage = 220;
 /// Leaves room on the page for all else: a title and headings at their largest, and ten lines of notes.
 constexpr double kHighestMap = 160;
-constexpr double kTitleSize = 2.9;
-constexpr double kLineFeed = 1.25;
-/// Bold letters are wider than the plain ones that are measured.
-constexpr double kBoldRoom = 0.9;
 constexpr std::size_t kHeadingLines = 2;
 /// More have no room on any page.
 constexpr std::size_t kMostScaleColumns = 14;
-constexpr double kTickLength = 1.1;
 constexpr double kTickSpacing = 7;
 constexpr Color kGridInk{222, 222, 222};
 constexpr std::string_view kAxisHeading = "Measure";

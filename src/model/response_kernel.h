@@ -15,6 +15,8 @@ namespace tessaly {
 constexpr std::int32_t kProbabilityTop = 305;
 /// Highest expected count of a Poisson scale.
 constexpr float kCountCap = 255.0F;
+/// Logit beyond which every response is certain: what draws curves asks for nothing farther out.
+constexpr float kFarthestLogit = 1e5F;
 
 /// ln a - ln b + ln c - ln d, each argument first raised to at least `smallest`.
 float LogRatio(double a, double b, double c, double d, float smallest);

@@ -10,7 +10,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::size_t kFieldWidth = 10;
+constexpr std::size_t kCellWidth = 10;
 /// Lowest whole number that a fixed field has room for.
 constexpr std::int32_t kLowestFixed = -999999999;
 /// Above it a delimited cell has no digits.
@@ -29,7 +29,7 @@ double PowerOfTen(int exponent) {
 
 /// The first size that is too wide for a fixed field, times 10^`decimals` and not yet rounded.
 double FixedLimit(int decimals, int signWidth) {
-  const int digits = static_cast<int>(kFieldWidth) - signWidth - (decimals > 0 ? 1 : 0);
+  const int digits = static_cast<int>(kCellWidth) - signWidth - (decimals > 0 ? 1 : 0);
   return digits < decimals ? 0 : PowerOfTen(digits) - 0.5;
 }
 
@@ -55,7 +55,7 @@ CellLine::CellLine(const std::string& delimiter, int decimals)
       power_(PowerOfTen(decimals)),
       limits_{FixedLimit(decimals, 0), FixedLimit(decimals, 1)},
       kept_(2 * kHighestKept + 1),
-      keptBlanks_(fixed_ ? kFieldWidth - std::tuple_size_v<decltype(KeptCell::Text)> : 0) {
+      keptBlanks_(fixed_ ? kCellWidth - std::tuple_size_v<decltype(KeptCell::Text)> : 0) {
   for (std::int64_t number = -kHighestKept; number <= kHighestKept; ++number) {
     const std::string cell = cells_.CellFixedN(static_cast<float>(static_cast<double>(number) / power_), decimals);
     KeptCell& kept = kept_[static_cast<std::size_t>(number + kHighestKept)];
@@ -88,8 +88,8 @@ void CellLine::AddReal(float value) {
     return;
   }
   // As many characters for all lengths: what is behind the cell will be overwritten.
-  char* const to = Room(kFieldWidth);
-  std::memset(to, ' ', kFieldWidth - kept_[place].Text.size());
+  char* const to = Room(kCellWidth);
+  std::memset(to, ' ', kCellWidth - kept_[place].Text.size());
   std::memcpy(to + keptBlanks_, kept_[place].Text.data(), kept_[place].Text.size());
   length_ += keptBlanks_ + kept_[place].Length;
 }
@@ -100,8 +100,8 @@ void CellLine::AddDigits(std::int64_t number, int decimals, bool point) {
   const int before = std::max(DigitCount(digits) - decimals, decimals > 0 ? 0 : 1);
   char* end;
   if (fixed_) {
-    end = std::fill_n(Room(kFieldWidth), kFieldWidth, ' ');
-    length_ += kFieldWidth;
+    end = std::fill_n(Room(kCellWidth), kCellWidth, ' ');
+    length_ += kCellWidth;
   } else {
     const auto length = static_cast<std::size_t>(before + decimals) + (point ? 1 : 0) + (negative ? 1 : 0);
     end = Room(length + delimiter_.size()) + length;

@@ -10,6 +10,7 @@
 #include "model/measure_axis.h"
 #include "output/cell_line.h"
 #include "output/label_field.h"
+#include "reports/output_cell.h"
 #include "reports/reported_scale.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
@@ -18,7 +19,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kFieldWidth = 10;
 /// How far from the lowest and the highest expected score the curves end.
 constexpr float kEndScore = 0.1F;
 constexpr std::int32_t kMostPoints = 1000;

@@ -17,7 +17,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kFieldWidth = 10;
 /// The place of the digit of decimals in `ResponseFields`, from 0.
 constexpr std::size_t kDecimalsPlace = 11;
 constexpr int kUsualDecimals = 2;

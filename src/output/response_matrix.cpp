@@ -14,7 +14,7 @@ namespace {
 
 /// Two bytes each.
 constexpr std::int64_t kMostCells = std::int64_t{1} << 30;
-constexpr std::int64_t kMostCombinations = std::int64_t{1} << 62;
+constexpr std::int64_t kMostIndexed = std::int64_t{1} << 62;
 constexpr std::int32_t kHighestResponse = std::numeric_limits<std::int16_t>::max() - 1;
 
 [[noreturn]] void RefuseMatrix(const std::string& why) {
@@ -31,7 +31,7 @@ MatrixSide::MatrixSide(const std::vector<FacetNumber>& facets, const Analysis& a
     for (std::int32_t p = analysis.Fields.ActiveFacetCount(); p >= 1; --p)
       if (analysis.Fields.Positions[{p}].PositionFacet == number)
         digit.Places.push_back(static_cast<std::size_t>(p - 1));
-    if (combinations > kMostCombinations / digit.Elements)
+    if (combinations > kMostIndexed / digit.Elements)
       RefuseMatrix("the elements of these facets have too many combinations");
     combinations *= digit.Elements;
     digits_.push_back(std::move(digit));

@@ -38,7 +38,7 @@ double FittingColumns(double range) {
   return columns;
 }
 
-std::string ScaleNumber(double whole) {
+std::string EndOfAxis(double whole) {
   return GeneralText(static_cast<std::int64_t>(whole));
 }
 
@@ -122,15 +122,15 @@ std::vector<std::string> Barchart::TallyRows() const {
 }
 
 void Barchart::DrawScale(std::string& axisLine, std::string& scaleLine) const {
-  const std::string bottom = ScaleNumber(axis_->Bottom);
-  const std::string top = ScaleNumber(axis_->Top);
+  const std::string bottom = EndOfAxis(axis_->Bottom);
+  const std::string top = EndOfAxis(axis_->Top);
   const std::size_t topStart = axisLine.size() - top.size();
   scaleLine.replace(0, bottom.size(), bottom);
   scaleLine.replace(topStart, top.size(), top);
 
   std::size_t free = bottom.size();
   for (double number = axis_->Bottom; number < axis_->Top;) {
-    const std::string text = ScaleNumber(number);
+    const std::string text = EndOfAxis(number);
     const auto column = static_cast<std::int32_t>(axis_->ColumnsPerUnit * (number - axis_->Bottom));
     const std::size_t tick = PlaceOf(column);
     const std::size_t before = text.size() / 2;

@@ -49,7 +49,7 @@ constexpr Joints JointsOf(RuleKind kind) {
   return {};
 }
 
-bool Joined(char neighbour) {
+bool Joins(char neighbour) {
   return neighbour == '-' || neighbour == 'x';
 }
 
@@ -81,8 +81,8 @@ std::string BoxLine(std::string_view ruleTemplate, RuleKind kind, bool tickMarks
   for (std::size_t at = 0; at < ruleTemplate.size(); ++at) {
     if (ruleTemplate[at] == '-') line[at] = box::kHorizontal;
     if (ruleTemplate[at] != 'x') continue;
-    const bool left = at > 0 && Joined(ruleTemplate[at - 1]);
-    const bool right = at + 1 < ruleTemplate.size() && Joined(ruleTemplate[at + 1]);
+    const bool left = at > 0 && Joins(ruleTemplate[at - 1]);
+    const bool right = at + 1 < ruleTemplate.size() && Joins(ruleTemplate[at + 1]);
     if (left && right) {
       line[at] = tickMarks ? box::kCross : joints.Both;
     } else {

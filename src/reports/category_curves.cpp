@@ -18,8 +18,6 @@ constexpr std::int32_t kOgiveRows = 15;
 /// Runs down beside the rows of the probabilities.
 constexpr std::string_view kProbabilityAxis = "1    Probability    0";
 static_assert(kProbabilityAxis.size() == kMostRows + 1);
-/// Beyond this every response is certain.
-constexpr float kFarthestLogit = 1e5F;
 /// Columns in front of the frame of a plot.
 constexpr std::size_t kFrameMargin = kChartMargin - 1;
 constexpr int kSideWidth = kFrameMargin - 1;

@@ -25,8 +25,6 @@ constexpr double kWholeEnough = 0.1;
 /// Residuals up to here are rounding of the estimation.
 constexpr double kNotableResidual = 0.5;
 constexpr double kLargestOutfit = 9.9;
-/// Keeps a standard error finite where there is no information.
-constexpr double kInformationFloor = 1e-5;
 /// Threshold of a category that nobody used.
 constexpr const char* kInfinite = "infin.";
 
@@ -124,7 +122,7 @@ class CategoryRows {
   std::string QualityText(std::int32_t ordinal) {
     const CategoryStatistics& statistics = tables_.CategoryStatistics(scale_.Number, ordinal);
     const auto average = [&](const WeightedMean& logits) {
-      return FormatNumber(logits.Mean * double{settings_.Uscale}, kMeasureWidth, Decimals(kMeasureWidth));
+      return FormatNumber(logits.Mean * double(settings_.Uscale), kMeasureWidth, Decimals(kMeasureWidth));
     };
     std::string text = average(statistics.Observed);
     text += statistics.Observed.Mean < previousAverage_ ? '*' : ' ';

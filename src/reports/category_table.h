@@ -11,6 +11,9 @@
 
 namespace tessaly {
 
+/// Keeps a standard error finite where there is no information.
+constexpr double kInformationFloor = 1e-5;
+
 /// Writes the table of one scale. `places` by ordinal category: needed for a rating scale with thresholds to show, that
 /// is with more than one step or an anchored threshold.
 void WriteCategoryTable(const ReportedScale& scale, const CategoryNames& names,

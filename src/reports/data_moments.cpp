@@ -11,7 +11,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kNumberWidth = 5;
+constexpr int kSummaryWidth = 5;
 constexpr int kVarianceWidth = 7;
 constexpr int kShareWidth = 8;
 
@@ -29,7 +29,7 @@ void WriteDataMoments(const DataFit& fit, const Settings& settings, ReportWriter
   const auto row = [&](const std::string& label, auto figure) {
     std::array<std::string, DataFit::ItemCount> numbers;
     for (std::size_t item = 0; item < numbers.size(); ++item)
-      numbers[item] = FormatNumber(figure(fit.Summary[item]), kNumberWidth, 2);
+      numbers[item] = FormatNumber(figure(fit.Summary[item]), kSummaryWidth, 2);
     report.WriteTableLine(layout.Row(label, numbers, settings.Encoding));
   };
   report.WriteTableLine(BoxLine(layout.RuleTemplate, RuleKind::Top));

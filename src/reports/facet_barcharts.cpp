@@ -39,7 +39,7 @@ bool Fitted(const ElementView& element) {
   return Observed(element) && Measurable(element.Status);
 }
 
-float PerCount(double sum, double count) {
+float AverageOf(double sum, double count) {
   return static_cast<float>(sum / (count == 0 ? 1.0 : count));
 }
 
@@ -73,9 +73,9 @@ std::vector<Item> ShownItems(const Settings& settings) {
       {"Outfit ZStd:", true, Axis::ZStd, Fitted, [](View e) { return e.Fit.OutfitZStd; }},
       {"Count:", false, Axis::OfFacet, Observed, [](View e) { return static_cast<float>(e.Count()); }},
       {"Raw:", false, Axis::OfFacet, Observed, [](View e) { return static_cast<float>(e.Score()); }},
-      {"Average:", false, Axis::OfFacet, Observed, [](View e) { return PerCount(e.Score(), e.Count()); }},
+      {"Average:", false, Axis::OfFacet, Observed, [](View e) { return AverageOf(e.Score(), e.Count()); }},
       {"Fair:", false, Axis::FairAverage, Fitted,
-       [](View e) { return PerCount(static_cast<double>(e.Fit.FairScoreSum), e.Record.ObservedCount); }},
+       [](View e) { return AverageOf(static_cast<double>(e.Fit.FairScoreSum), e.Record.ObservedCount); }},
   };
   if (settings.PtBiserial != 'N') {
     items.push_back({CorrelationLabel(settings.PtBiserial), false, Axis::OfFacet, Observed,

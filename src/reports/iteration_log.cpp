@@ -14,7 +14,7 @@ constexpr std::string_view kResidualLine = R"(\                      \& ###### &
 constexpr std::string_view kMomentsLine = R"(\            \  Mean=####.## S.D.=####.## Count=######)";
 
 constexpr int kScoreWidth = 8;
-constexpr int kPercentWidth = 5;
+constexpr int kLogPercentWidth = 5;
 
 std::string Boxed(std::string_view line) {
   return box::kVertical + std::string(line) + box::kVertical;
@@ -61,7 +61,7 @@ std::string IterationLog::ResidualLine(const ResidualDetail& detail, const std::
       .EditText(score(detail.Observed))
       .EditText(score(detail.Expected))
       .EditText(score(detail.Residual) +
-                (withPercent ? FormatSingle(100 * detail.Fraction, kPercentWidth, 1) : std::string(kPercentWidth, ' ')))
+                (withPercent ? FormatSingle(100 * detail.Fraction, kLogPercentWidth, 1) : std::string(kLogPercentWidth, ' ')))
       .EditSingle(detail.Value)
       .EditSingle(detail.Change)
       .Line();

@@ -9,10 +9,10 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kNarrowestLabel = 20;
+constexpr int kNarrowestLabelColumn = 20;
 
 /// One column group: its piece of each heading and template. "|" stands for the vertical box character.
-struct LayoutPiece {
+struct ColumnGroup {
   std::string_view Head1;
   std::string_view Head2;
   std::string_view Normal;
@@ -21,37 +21,37 @@ struct LayoutPiece {
   std::string_view Summary;
 };
 
-constexpr LayoutPiece kScores = {R"(|  Obsvd   Obsvd   Obsvd  Fair(M))", R"(|  Score   Count  Average Average)",
+constexpr ColumnGroup kScores = {R"(|  Obsvd   Obsvd   Obsvd  Fair(M))", R"(|  Score   Count  Average Average)",
                                  R"(|######.# #####.# ####.## ###.## )", R"(|######.# #####.# ####.## ###.## )",
                                  R"(|######.# #####.# ####.##        )", R"(|######.# #####.# ####.## ###.## )"};
-constexpr LayoutPiece kMeasure = {R"(|   -    Model )", R"(|Measure  S.E. )", R"(! \    \ \   \ )",
+constexpr ColumnGroup kMeasure = {R"(|   -    Model )", R"(|Measure  S.E. )", R"(! \    \ \   \ )",
                                   R"(!(\    \ \   \))", R"(! \    \       )", R"(| \    \ \   \ )"};
-constexpr LayoutPiece kFit = {R"(| Infit      Outfit    )", R"(| MnSq ZStd  MnSq ZStd )", R"(|##.## ##.# ##.## ##.# )",
+constexpr ColumnGroup kFit = {R"(| Infit      Outfit    )", R"(| MnSq ZStd  MnSq ZStd )", R"(|##.## ##.# ##.## ##.# )",
                               R"(|\                   \ )", R"(|\                   \ )", R"(|##.## ##.# ##.## ##.# )"};
-constexpr LayoutPiece kDiscrimination = {"|Estim.|", "|Discrm|", R"(|\    \|)", "|      |", "|      |", "|      |"};
+constexpr ColumnGroup kDiscrimination = {"|Estim.|", "|Discrm|", R"(|\    \|)", "|      |", "|      |", "|      |"};
 
-constexpr LayoutPiece kDisplacement = {"       |", " Displ.|", R"(\    \ |)", "       |", "       |", "       |"};
-constexpr LayoutPiece kNoDisplacement = {"", "", "&", "", "", ""};
+constexpr ColumnGroup kDisplacement = {"       |", " Displ.|", R"(\    \ |)", "       |", "       |", "       |"};
+constexpr ColumnGroup kNoDisplacement = {"", "", "&", "", "", ""};
 
-constexpr LayoutPiece kPointBiserial = {" Corr. |",    " PtBis |",    R"( \   \ |)",
+constexpr ColumnGroup kPointBiserial = {" Corr. |",    " PtBis |",    R"( \   \ |)",
                                         R"( \   \ |)", R"( \   \ |)", R"( \   \ |)"};
-constexpr LayoutPiece kPointBiserialIncluding = {" Corr. |",    " PtBisI|",    R"( \   \ |)",
+constexpr ColumnGroup kPointBiserialIncluding = {" Corr. |",    " PtBisI|",    R"( \   \ |)",
                                                  R"( \   \ |)", R"( \   \ |)", R"( \   \ |)"};
-constexpr LayoutPiece kPointMeasure = {" Correlation |",    " PtMea PtExp |",    R"( \   \ \   \ |)",
+constexpr ColumnGroup kPointMeasure = {" Correlation |",    " PtMea PtExp |",    R"( \   \ \   \ |)",
                                        R"( \   \ \   \ |)", R"( \   \ \   \ |)", R"( \   \ \   \ |)"};
-constexpr LayoutPiece kNoCorrelation = {"", "", "&", "&", "&", "&"};
+constexpr ColumnGroup kNoCorrelation = {"", "", "&", "&", "&", "&"};
 
-constexpr LayoutPiece kInterRater = {" Exact Agree. |",    " Obs %  Exp % |",    R"( \   \  \   \ |)",
+constexpr ColumnGroup kInterRater = {" Exact Agree. |",    " Obs %  Exp % |",    R"( \   \  \   \ |)",
                                      R"( \   \  \   \ |)", R"( \   \  \   \ |)", R"( \   \  \   \ |)"};
-constexpr LayoutPiece kNoInterRater = {"", "", "&&", "&&", "&&", "&&"};
+constexpr ColumnGroup kNoInterRater = {"", "", "&&", "&&", "&&", "&&"};
 
-constexpr LayoutPiece kGroup = {"       |", " Group |", R"(\    \ |)", R"(\    \ |)", R"(\    \ |)", "g^^^^s |"};
-constexpr LayoutPiece kWeight = {"Element|", " Weight|", R"(\    \ |)", R"(\    \ |)", R"(\    \ |)", "       |"};
+constexpr ColumnGroup kGroup = {"       |", " Group |", R"(\    \ |)", R"(\    \ |)", R"(\    \ |)", "g^^^^s |"};
+constexpr ColumnGroup kWeight = {"Element|", " Weight|", R"(\    \ |)", R"(\    \ |)", R"(\    \ |)", "       |"};
 /// A column of elements alone that is not shown.
-constexpr LayoutPiece kNoElementColumn = {"", "", "&", "&", "&", ""};
+constexpr ColumnGroup kNoElementColumn = {"", "", "&", "&", "&", ""};
 
 /// The mark of an adjusted score stands between size and error.
-constexpr LayoutPiece kBias = {R"(|Observd  Expctd  Observd  Obs-Exp| Bias~  Model                    |Infit Outfit|)",
+constexpr ColumnGroup kBias = {R"(|Observd  Expctd  Observd  Obs-Exp| Bias~  Model                    |Infit Outfit|)",
                                R"(|  Score   Score    Count  Average|  Size   S.E.     t   d.f. Prob. | MnSq  MnSq |)",
                                R"(|#####.# #####.## #####.#   \    \| \    \!\   \ \    \\    \ \   \ |###.# ###.# |)",
                                "",
@@ -60,16 +60,16 @@ constexpr LayoutPiece kBias = {R"(|Observd  Expctd  Observd  Obs-Exp| Bias~  Mod
 static_assert(kBias.Head1.size() == kBias.Head2.size() && kBias.Head1.size() == kBias.Normal.size() &&
               kBias.Head1.size() == kBias.Summary.size());
 
-constexpr bool Aligned(const LayoutPiece& piece) {
+constexpr bool GroupAligned(const ColumnGroup& piece) {
   const std::size_t width = piece.Head2.size();
   return piece.Head1.size() == width && piece.Normal.size() == width && piece.Extreme.size() == width &&
          piece.NonActive.size() == width && piece.Summary.size() == width;
 }
-static_assert(Aligned(kScores) && Aligned(kMeasure) && Aligned(kFit) && Aligned(kDiscrimination) &&
-              Aligned(kDisplacement) && Aligned(kPointBiserial) && Aligned(kPointBiserialIncluding) &&
-              Aligned(kPointMeasure) && Aligned(kInterRater) && Aligned(kGroup) && Aligned(kWeight));
+static_assert(GroupAligned(kScores) && GroupAligned(kMeasure) && GroupAligned(kFit) && GroupAligned(kDiscrimination) &&
+              GroupAligned(kDisplacement) && GroupAligned(kPointBiserial) && GroupAligned(kPointBiserialIncluding) &&
+              GroupAligned(kPointMeasure) && GroupAligned(kInterRater) && GroupAligned(kGroup) && GroupAligned(kWeight));
 
-const LayoutPiece& CorrelationPiece(CorrelationColumns columns) {
+const ColumnGroup& CorrelationPiece(CorrelationColumns columns) {
   switch (columns) {
     case CorrelationColumns::PointBiserial:
       return kPointBiserial;
@@ -83,7 +83,7 @@ const LayoutPiece& CorrelationPiece(CorrelationColumns columns) {
   return kNoCorrelation;
 }
 
-std::vector<LayoutPiece> Pieces(const MeasurementColumns& columns) {
+std::vector<ColumnGroup> Pieces(const MeasurementColumns& columns) {
   return {kScores,
           kMeasure,
           kFit,
@@ -123,7 +123,7 @@ std::string TextField(int width) {
 struct JoinedPieces {
   std::string Head1, Head2, Normal, Extreme, NonActive, Summary;
 
-  void Add(const LayoutPiece& piece) {
+  void Add(const ColumnGroup& piece) {
     Head1 += piece.Head1;
     Head2 += piece.Head2;
     Normal += piece.Normal;
@@ -135,7 +135,7 @@ struct JoinedPieces {
 
 MeasurementLayout WithLabels(const JoinedPieces& columns, const LabelColumn& label, const TextEncoding& encoding) {
   MeasurementLayout layout;
-  layout.LabelWidth = std::max(DisplayLength(label.Head2, encoding), kNarrowestLabel);
+  layout.LabelWidth = std::max(DisplayLength(label.Head2, encoding), kNarrowestLabelColumn);
   const std::string head1 = PadToWidth(label.Head1, layout.LabelWidth, encoding);
   const std::string head2 = PadToWidth(label.Head2, layout.LabelWidth, encoding);
   const std::string labelRule(static_cast<std::size_t>(layout.LabelWidth) + 1, '-');
@@ -171,7 +171,7 @@ MeasurementLayout BuildBiasLayout(const LabelColumn& label, const TextEncoding& 
 MeasurementLayout BuildMeasurementLayout(const MeasurementColumns& columns, const std::string& labelHead,
                                          const TextEncoding& encoding) {
   JoinedPieces joined;
-  for (const LayoutPiece& piece : Pieces(columns)) joined.Add(piece);
+  for (const ColumnGroup& piece : Pieces(columns)) joined.Add(piece);
   joined.Head1 = FirstHeading(joined.Head1, columns);
   MeasurementLayout layout = WithLabels(joined, {"", labelHead, columns.LeftHand}, encoding);
   // Behind each element's row there is room for its subsets.

@@ -8,8 +8,6 @@
 namespace tessaly {
 namespace {
 
-constexpr int kFieldWidth = 10;
-
 /// The last columns of a text: what is too long loses its beginning.
 std::string FieldEnd(std::string_view text) {
   std::string field = RightJustified(text, kFieldWidth);

@@ -7,6 +7,9 @@
 
 namespace tessaly {
 
+/// Columns of a field without a delimiter.
+constexpr int kFieldWidth = 10;
+
 /// Formats cells for one delimiter: right-justified in 10 columns for a blank, else the trimmed value and the
 /// delimiter. The writer of a delimited row takes the last delimiter off the finished line.
 class OutputCell {

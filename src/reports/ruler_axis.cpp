@@ -40,10 +40,10 @@ Range WholeRange(const RulerColumns& columns, bool extremesByMeasure, const Face
   for (const FacetColumn& column : columns.Facets) {
     for (const ElementIndex element : facets[column.Facet].Elements()) {
       if (SetsTheRange(elements.ElementStatus[element], extremesByMeasure))
-        range.Meet(double{settings.UserMeasure(elements.ElementMeasure[element])});
+        range.Meet(double(settings.UserMeasure(elements.ElementMeasure[element])));
     }
   }
-  if (range.Low > range.High) range.Meet(double{settings.UserMeasure(0)});
+  if (range.Low > range.High) range.Meet(double(settings.UserMeasure(0)));
   range.Low = std::floor(range.Low);
   range.High = std::ceil(range.High);
   if (range.Low == range.High) {
@@ -82,15 +82,15 @@ int RulerAxis::NumberWidth() const {
 RulerAxis FitRulerAxis(const RulerColumns& columns, const Yardstick& yardstick, const FacetTable& facets,
                        const ElementTable& elements, const Settings& settings) {
   Range range;
-  range.Meet(double{yardstick.Low});
-  range.Meet(double{yardstick.High});
+  range.Meet(double(yardstick.Low));
+  range.Meet(double(yardstick.High));
   if (range.High - range.Low < kShortestAxis)
     range = WholeRange(columns, yardstick.ExtremesByMeasure, facets, elements, settings);
   const double length = range.High - range.Low;
   RulerAxis axis;
   axis.Low = range.Low;
   axis.High = range.High;
-  axis.LinesPerUnit = double{yardstick.LinesPerUnit};
+  axis.LinesPerUnit = double(yardstick.LinesPerUnit);
   if (axis.LinesPerUnit <= 0)
     axis.LinesPerUnit = std::clamp(std::trunc(kWantedLines / length), kFewestPerUnit, kMostPerUnit);
   const double lines = std::round(length * axis.LinesPerUnit);

@@ -45,7 +45,7 @@ class Placing {
       return {};
     if (status == ElementStatus::Minimum && !extremesByMeasure_) return EndLine(settings_.Uscale < 0);
     if (status == ElementStatus::Maximum && !extremesByMeasure_) return EndLine(settings_.Uscale > 0);
-    const double measure = double{settings_.UserMeasure(elements_.ElementMeasure[element])};
+    const double measure = double(settings_.UserMeasure(elements_.ElementMeasure[element]));
     if (std::isnan(measure)) return {};
     return axis_.LineOf(measure);
   }

@@ -14,8 +14,6 @@ namespace {
 
 constexpr int kScaleWidth = 5;
 constexpr std::string_view kBoundary = "---";
-/// Logit beyond which every response is certain.
-constexpr double kFarthestLogit = 1e5;
 
 }  // namespace
 
@@ -50,8 +48,9 @@ void ScaleColumn::NameCategories() {
 
 float ScaleColumn::ExpectedAt(double measure) {
   const Settings& settings = analysis_.Settings;
-  const double logit = (measure - double{settings.Umean}) / double{settings.Uscale};
-  const double held = std::isnan(logit) ? 0 : std::clamp(logit, -kFarthestLogit, kFarthestLogit);
+  const double logit = (measure - double(settings.Umean)) / double(settings.Uscale);
+  constexpr auto kFarthest = double(kFarthestLogit);
+  const double held = std::isnan(logit) ? 0 : std::clamp(logit, -kFarthest, kFarthest);
   return kernel_.CategoryProbabilities(scale_, type_, top_, static_cast<float>(held));
 }
 

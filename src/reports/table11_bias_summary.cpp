@@ -13,13 +13,13 @@ namespace tessaly {
 namespace {
 
 constexpr int kWeightWidth = 14;
-constexpr int kCountWidth = 11;
+constexpr int kBiasCountWidth = 11;
 
 std::string CountLine(const DataFit& fit) {
   if (fit.WeightedData)
     return "Count of measurable responses (weighted)= " +
            std::string(TrimLeft(ZeroedNumber(fit.Weight(), kWeightWidth, 3)));
-  return "Count of measurable responses           = " + FormatNumber(fit.Weight(), kCountWidth, 0);
+  return "Count of measurable responses           = " + FormatNumber(fit.Weight(), kBiasCountWidth, 0);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kWideNumber = 20;
 constexpr int kWordWidth = 25;
-constexpr int kCountWidth = 10;
+constexpr int kFitCountWidth = 10;
 constexpr int kMomentWidth = 7;
 constexpr int kParameterWidth = 9;
 
@@ -45,9 +45,9 @@ std::string StatusWords(std::int32_t status) {
   }
 }
 
-class DataSummary {
+class FitSummary {
  public:
-  DataSummary(const DataFit& fit, const Settings& settings, ReportWriter& report, Console& console)
+  FitSummary(const DataFit& fit, const Settings& settings, ReportWriter& report, Console& console)
       : fit_(fit), settings_(settings), report_(report), console_(console) {}
 
   void Write() {
@@ -71,7 +71,7 @@ class DataSummary {
   }
 
   void WriteCountRow(const std::string& words, double count, double mean, double deviation, std::int64_t parameters) {
-    report_.WriteTableLine(words + "=" + FormatNumber(count, kCountWidth, 0) + ZeroedNumber(mean, kMomentWidth, 2) +
+    report_.WriteTableLine(words + "=" + FormatNumber(count, kFitCountWidth, 0) + ZeroedNumber(mean, kMomentWidth, 2) +
                            ZeroedNumber(deviation, kMomentWidth, 2) +
                            RightJustified(BareText(parameters), kParameterWidth));
   }
@@ -104,7 +104,7 @@ class DataSummary {
     }
     report_.WriteTableLine(fit_.WeightedData
                                ? "Count of measurable responses (wtd)=" + ZeroedNumber(fit_.Weight(), 13, 3)
-                               : "Count of measurable responses      =" + FormatNumber(fit_.Weight(), kCountWidth, 0));
+                               : "Count of measurable responses      =" + FormatNumber(fit_.Weight(), kFitCountWidth, 0));
   }
 
   void WriteVariances() {
@@ -124,7 +124,7 @@ class DataSummary {
 }  // namespace
 
 void MeasurableDataSummary(const DataFit& fit, const Settings& settings, ReportWriter& report, Console& console) {
-  DataSummary(fit, settings, report, console).Write();
+  FitSummary(fit, settings, report, console).Write();
 }
 
 }  // namespace tessaly

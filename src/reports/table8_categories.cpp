@@ -56,7 +56,6 @@ std::string DiscriminationLine(const ReportedScale& scale, const ScaleTables& ta
   const std::string name = scale.Type == ModelType::Poisson ? "Poisson" : "Binomial trials";
   const std::string line = name + " discrimination: " + FormatSingle(tables.CategoryStep(scale.Number, 0), 5, 2) + " ";
   if (tables.CategoryAnchor(scale.Number, 0) == CategoryAnchor::Anchored) return line + "Anchored";
-  constexpr double kInformationFloor = 1e-5;
   const double information = tables.CategoryInformation(scale.Number, 1) + kInformationFloor;
   return line + "S.E. " + Fixed2(static_cast<float>(std::sqrt(std::fabs(1 / information))));
 }

@@ -12,21 +12,21 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::string_view kHeadings[] = {" Iteration      Max. Score Residual      Max. Logit Change ",
+constexpr std::string_view kBiasHeadings[] = {" Iteration      Max. Score Residual      Max. Logit Change ",
                                           "             Elements    %  Categories   Elements    Cells "};
 constexpr std::string_view kScreen =
     R"(Iteration ####  \  \                       max.=######.# ###.#     max.=###.### ######)";
-constexpr std::string_view kSettledRow = R"( \  \#### ######.####                  #####.####          )";
+constexpr std::string_view kSettledBiasRow = R"( \  \#### ######.####                  #####.####          )";
 constexpr std::string_view kRow = R"( \  \#### ######.#### ###.#            #####.####  ####### )";
 constexpr std::string_view kStage = "BIAS";
 /// Columns of the names in the heading of an iteration, and of a term in the lines below it.
 constexpr int kNamesWidth = 21;
 constexpr int kLabelWidth = 24;
 
-static_assert(kHeadings[0].size() == kHeadings[1].size() && kHeadings[0].size() == kSettledRow.size() &&
-              kHeadings[0].size() == kRow.size());
+static_assert(kBiasHeadings[0].size() == kBiasHeadings[1].size() && kBiasHeadings[0].size() == kSettledBiasRow.size() &&
+              kBiasHeadings[0].size() == kRow.size());
 
-std::string ScreenLine(const IterationSummary& summary) {
+std::string BiasScreenLine(const IterationSummary& summary) {
   return EditWord(kScreen)
       .EditLong(summary.Iteration)
       .EditText(kStage)
@@ -37,9 +37,9 @@ std::string ScreenLine(const IterationSummary& summary) {
       .Line();
 }
 
-std::string TableRow(const IterationSummary& summary) {
+std::string BiasTableRow(const IterationSummary& summary) {
   const bool settled = summary.MaxLogitChange == 0 && summary.MaxScoreResidual == 0;
-  EditWord row(settled ? kSettledRow : kRow);
+  EditWord row(settled ? kSettledBiasRow : kRow);
   row.EditText(kStage).EditLong(summary.Iteration).EditDouble(summary.MaxScoreResidual);
   if (settled) return row.EditSingle(summary.MaxLogitChange).Line();
   return row.EditSingle(100 * summary.MaxResidualFraction)
@@ -58,7 +58,7 @@ BiasIterationTable::BiasIterationTable(std::int32_t run, const BiasTerms& terms,
 }
 
 void BiasIterationTable::EstimationStarted() {
-  log_.BeginColumns({kHeadings[0], kHeadings[1]});
+  log_.BeginColumns({kBiasHeadings[0], kBiasHeadings[1]});
 }
 
 void BiasIterationTable::IterationStarted(std::int32_t iteration) {
@@ -75,7 +75,7 @@ void BiasIterationTable::Iterated(const IterationSummary& summary, const Largest
   log_.Largest(
       largest, [&](const ResidualDetail& detail) { return TermLabel(detail.Term); },
       [](const ResidualDetail& detail) { return detail.Term.value; });
-  log_.Row(ScreenLine(summary), TableRow(summary));
+  log_.Row(BiasScreenLine(summary), BiasTableRow(summary));
 }
 
 std::string BiasIterationTable::TermLabel(TermIndex term) const {

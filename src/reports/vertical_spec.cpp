@@ -13,7 +13,7 @@ namespace tessaly {
 namespace {
 
 /// Facets of more elements are shown as stars if the user says nothing.
-constexpr std::int32_t kMostListed = 20;
+constexpr std::int32_t kMostColumnsListed = 20;
 
 ColumnKind KindOf(std::string_view item) {
   const std::size_t at = item.find_first_of("AN*C");
@@ -38,7 +38,7 @@ void AddFacetItem(std::string_view item, const FacetTable& facets, RulerColumns&
 RulerColumns DefaultColumns(const FacetTable& facets) {
   RulerColumns columns;
   for (const FacetNumber facet : facets.all()) {
-    const bool many = facets[facet].FacetElementCount > kMostListed;
+    const bool many = facets[facet].FacetElementCount > kMostColumnsListed;
     AddColumn(facet, many ? ColumnKind::Stars : ColumnKind::Labels, facets, columns);
   }
   return columns;
@@ -80,11 +80,11 @@ Yardstick ParseYardstick(std::string_view yardstick) {
   const std::vector<std::string_view> items = SplitAt(yardstick, ',');
   const auto item = [&](std::size_t at) { return at < items.size() ? TrimBlanks(items[at]) : std::string_view(); };
   const auto number = [&](std::size_t at) {
-    constexpr double kLargest = std::numeric_limits<float>::max();
+    constexpr double kLargest = double(std::numeric_limits<float>::max());
     return static_cast<float>(std::clamp(LeadingNumber(item(at)), -kLargest, kLargest));
   };
   Yardstick result;
-  result.Columns = std::max(RoundToLong(double{number(0)}), 0);
+  result.Columns = std::max(RoundToLong(double(number(0))), 0);
   result.LinesPerUnit = number(1);
   result.Low = number(2);
   result.High = number(3);

@@ -36,7 +36,7 @@ std::size_t PlaceOf(std::string_view name, std::string_view value, std::span<con
 
 std::optional<float> FiniteNumber(std::string_view text) {
   const double number = IsNumeric(text) ? LeadingNumber(text) : std::nan("");
-  if (!(std::fabs(number) <= double{std::numeric_limits<float>::max()})) return {};
+  if (!(std::fabs(number) <= double(std::numeric_limits<float>::max()))) return {};
   return static_cast<float>(number);
 }
 

@@ -32,7 +32,7 @@ int OpenForReading(const std::string& path) {
   }
 }
 
-void CheckLength(std::size_t length) {
+void CheckLineLength(std::size_t length) {
   if (length > static_cast<std::size_t>(LineFile::kLongestLine)) throw Halt{FailureCode::InvalidFileFormat, {}};
 }
 
@@ -95,7 +95,7 @@ std::optional<std::string_view> LineFile::Next() {
   // Two more bytes: the other half of the line end may follow, and `AtEnd` must know without moving the buffer.
   while ((lineEnd = FindLineEnd(lineEnd)) + 2 >= end_ && !sourceEnded_) {
     const std::size_t length = lineEnd - begin_;
-    CheckLength(length);
+    CheckLineLength(length);
     Refill();
     lineEnd = begin_ + length;
   }
@@ -104,7 +104,7 @@ std::optional<std::string_view> LineFile::Next() {
     return std::string_view();
   }
   const std::string_view line(buffer_.data() + begin_, lineEnd - begin_);
-  CheckLength(line.size());
+  CheckLineLength(line.size());
   begin_ = lineEnd;
   if (begin_ < end_) ++begin_;
   if (begin_ < end_ && buffer_[begin_] == (buffer_[lineEnd] == '\r' ? '\n' : '\r')) ++begin_;

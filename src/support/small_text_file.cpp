@@ -37,7 +37,7 @@ void CheckLine(std::string_view line) {
   if (!IsText(line)) throw Halt{FailureCode::InvalidFileFormat, "it is no text"};
 }
 
-void CheckLength(std::size_t length) {
+void CheckFileLength(std::size_t length) {
   if (length > kLongestSmallFile) throw Halt{FailureCode::InvalidFileFormat, "it is too long"};
 }
 
@@ -123,7 +123,7 @@ std::string TextOf(const std::vector<std::string>& lines) {
     CheckLine(line);
     text.append(line).append("\n");
   }
-  CheckLength(text.size());
+  CheckFileLength(text.size());
   return text;
 }
 
@@ -132,7 +132,7 @@ std::string TextOf(const std::vector<std::string>& lines) {
 std::optional<std::vector<std::string>> ReadSmallFile(const std::string& path) {
   if (Missing(path)) return {};
   LineFile file = OpenSmallFile(path);
-  CheckLength(static_cast<std::size_t>(file.FileLength()));
+  CheckFileLength(static_cast<std::size_t>(file.FileLength()));
   if (const std::string_view format = file.ForeignFormat(); !format.empty())
     throw Halt{FailureCode::InvalidFileFormat, "it has " + std::string(format) + " format"};
   std::vector<std::string> lines;
@@ -140,7 +140,7 @@ std::optional<std::vector<std::string>> ReadSmallFile(const std::string& path) {
   while (const std::optional<std::string_view> line = file.Next()) {
     // A device has no length to begin with.
     length += line->size() + 1;
-    CheckLength(length - 1);
+    CheckFileLength(length - 1);
     CheckLine(*line);
     lines.emplace_back(*line);
   }

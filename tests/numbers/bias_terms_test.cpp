@@ -19,7 +19,7 @@ namespace tessaly {
 namespace {
 
 /// A design whose bias terms are reported, and how its data are to be understood.
-struct Case {
+struct BiasCase {
   tessaly::Design Design;
   /// By data column: the facet, and the sign with which its elements' measures enter.
   std::vector<int> Facets = {1, 2, 3};
@@ -34,7 +34,7 @@ struct Case {
   double Adjustment = 0.5;
   double Direction = 1;
 
-  Case(std::vector<int> counts, const std::string& models, int top, unsigned seed, int ownSteps = 0)
+  BiasCase(std::vector<int> counts, const std::string& models, int top, unsigned seed, int ownSteps = 0)
       : Design(SimulatedDesign(counts, top, seed, 0.1, ownSteps)), OwnSteps(ownSteps) {
     Design.Models = models;
     Design.Settings += "Arrange=N\nUdecimals=4\n";
@@ -96,7 +96,7 @@ using Elements = std::vector<int>;
 using Terms = std::map<Elements, std::vector<Response>>;
 
 /// The responses of each combination of elements. Extreme elements leave theirs out.
-Terms TermsOf(const Case& c, const FinishedAnalysis& run, const std::vector<int>& biasFacets) {
+Terms TermsOf(const BiasCase& c, const FinishedAnalysis& run, const std::vector<int>& biasFacets) {
   Terms terms;
   for (const Rating& rating : c.Design.Ratings) {
     const std::size_t statement = rating.Elements[0] >= c.SecondFrom ? 1 : 0;
@@ -256,7 +256,7 @@ void ExpectRow(const Row& row, const Estimate& term, double direction, double us
 }
 
 /// Compares the table of a model statement (from 1) with the terms found here. Gives the marks of all its rows.
-std::string Check(const Case& c, const FinishedAnalysis& run, int statement, const std::vector<int>& biasFacets) {
+std::string Check(const BiasCase& c, const FinishedAnalysis& run, int statement, const std::vector<int>& biasFacets) {
   EXPECT_TRUE(run.Finished()) << run.Fatal;
   const std::string direction = c.Direction > 0 ? " (higher" : " (lower";
   EXPECT_NE(run.Report.find(direction + " score = higher bias measure)"), std::string::npos);
@@ -281,7 +281,7 @@ std::string Check(const Case& c, const FinishedAnalysis& run, int statement, con
   return marks;
 }
 
-std::string Check(const Case& c, const std::vector<int>& biasFacets) {
+std::string Check(const BiasCase& c, const std::vector<int>& biasFacets) {
   return Check(c, c.Design.Run(), 1, biasFacets);
 }
 
@@ -289,33 +289,33 @@ TEST(BiasTerms, SizesErrorsAndFitAgreeWithBisection) {
   std::string marks;
   for (unsigned seed = 1; seed <= 5; ++seed) {
     SCOPED_TRACE(seed);
-    const Case ratings({8, 4, 3}, "?B,?,?B,R3", 3, seed);
+    const BiasCase ratings({8, 4, 3}, "?B,?,?B,R3", 3, seed);
     marks += Check(ratings, {1, 3});
-    const Case ownSteps({12, 4, 5}, "#B,?B,?,R2", 2, seed, 1);
+    const BiasCase ownSteps({12, 4, 5}, "#B,?B,?,R2", 2, seed, 1);
     marks += Check(ownSteps, {1, 2});
-    const Case trials({10, 4, 3}, "?B,?B,?,B6", 6, seed);
+    const BiasCase trials({10, 4, 3}, "?B,?B,?,B6", 6, seed);
     marks += Check(trials, {1, 2});
-    const Case counts({10, 4, 3}, "?B,?B,?,P", 6, seed);
+    const BiasCase counts({10, 4, 3}, "?B,?B,?,P", 6, seed);
     marks += Check(counts, {1, 2});
 
-    Case dichotomies({20, 5, 6}, "?,?B,?B,D", 1, seed);
+    BiasCase dichotomies({20, 5, 6}, "?,?B,?B,D", 1, seed);
     dichotomies.Design.Settings += "Bias=minus\nUmean=10,2\n";
     dichotomies.Direction = -1;
     marks += Check(dichotomies, {2, 3});
 
-    Case threeOfFour({6, 4, 3, 3}, "?B,?B,?,?B,R4", 4, seed);
+    BiasCase threeOfFour({6, 4, 3, 3}, "?B,?B,?,?B,R4", 4, seed);
     threeOfFour.Facets = {1, 2, 3, 4};
     threeOfFour.Signs = {1, -1, -1, -1};
     marks += Check(threeOfFour, {1, 2, 4});
 
     // Facet 3 is positive, but compared from the other side.
-    Case minus({9, 4, 4}, "?B,?,-?B,R3", 3, seed);
+    BiasCase minus({9, 4, 4}, "?B,?,-?B,R3", 3, seed);
     minus.Design.Settings += "Positive=2,3\n";
     minus.Signs = {-1, 1, -1};
     marks += Check(minus, {1, 3});
 
     // The lowest category and one in the middle are not used: the others are counted without them, but reported raw.
-    Case gaps({9, 4, 4}, "?B,?B,?,R5", 3, seed);
+    BiasCase gaps({9, 4, 4}, "?B,?B,?,R5", 3, seed);
     for (Rating& rating : gaps.Design.Ratings) rating.Response += rating.Response < 2 ? 1 : 2;
     marks += Check(gaps, {1, 2});
   }
@@ -330,7 +330,7 @@ TEST(BiasTerms, WeightsOfLinesModelsAndElementsAndTheShareOfXtreme) {
     std::string marks;
     for (unsigned seed = 11; seed <= 14; ++seed) {
       SCOPED_TRACE(xtreme + std::to_string(seed));
-      Case c({8, 4, 3}, "\n1-5B,?B,?,R2,1.5\n?,?,?,D", 1, seed);
+      BiasCase c({8, 4, 3}, "\n1-5B,?B,?,R2,1.5\n?,?,?,D", 1, seed);
       c.Design.Settings += xtreme;
       c.Adjustment = adjustment;
       c.SecondFrom = 6;
@@ -353,7 +353,7 @@ TEST(BiasTerms, WeightsOfLinesModelsAndElementsAndTheShareOfXtreme) {
 TEST(BiasTerms, EachSetOfMarksIsARunNumberedByItsFirstStatementOverAllData) {
   for (unsigned seed = 21; seed <= 23; ++seed) {
     SCOPED_TRACE(seed);
-    Case c({10, 4, 4}, "\n1-6B,?B,?,R2\n?,?B,?B,R2\n?B,?B,?,R2\n?B,?,?,R2", 2, seed);
+    BiasCase c({10, 4, 4}, "\n1-6B,?B,?,R2\n?,?B,?B,R2\n?B,?B,?,R2\n?B,?,?,R2", 2, seed);
     c.SecondFrom = 7;
     const FinishedAnalysis run = c.Design.Run();
     Check(c, run, 1, {1, 2});
@@ -372,7 +372,7 @@ TEST(BiasTerms, EachSetOfMarksIsARunNumberedByItsFirstStatementOverAllData) {
 TEST(BiasTerms, ElementsAreFoundInTheColumnsOfTheirFacets) {
   for (unsigned seed = 31; seed <= 34; ++seed) {
     SCOPED_TRACE(seed);
-    Case moved({8, 4, 3}, "?,?B,?B,R3", 3, seed);
+    BiasCase moved({8, 4, 3}, "?,?B,?B,R3", 3, seed);
     moved.Design.Settings += "Entered=2,0,3,1\n";
     moved.Facets = {2, 0, 3, 1};
     moved.Signs = {-1, 0, -1, 1};
@@ -381,7 +381,7 @@ TEST(BiasTerms, ElementsAreFoundInTheColumnsOfTheirFacets) {
     Check(moved, {1, 3});
 
     // Facet 2 stands in two columns: the last one with an element decides.
-    Case twice({12, 5, 5}, "?B,?B,?B,R3", 3, seed);
+    BiasCase twice({12, 5, 5}, "?B,?B,?B,R3", 3, seed);
     twice.Design.Settings += "Entered=1,2,2\n";
     twice.Design.Counts = {12, 5};
     twice.Facets = {1, 2, 2};
@@ -420,7 +420,7 @@ TEST(BiasTerms, TheOrderOfTheDataDoesNotMatter) {
   const std::vector<double> tolerances = {0, 0.01, 0, 0.01, 0.0012, 0.0012, 0.011, 0, 0.0012, 0.1, 0.1};
   for (unsigned seed = 41; seed <= 44; ++seed) {
     SCOPED_TRACE(seed);
-    Case c({8, 4, 3}, "?B,?B,?,R3", 3, seed);
+    BiasCase c({8, 4, 3}, "?B,?B,?,R3", 3, seed);
     const Rows rows = RowsOf(c.Design.Run(), 1, 2);
     std::mt19937 random(seed);
     for (std::size_t i = c.Design.Ratings.size(); i > 1; --i)

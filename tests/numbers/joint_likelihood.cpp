@@ -43,7 +43,7 @@ Vector SolveLinear(std::vector<Vector> a, Vector b) {
 }
 
 /// Central moments of a rating.
-struct Moments {
+struct FourMoments {
   double Mean = 0;
   double Variance = 0;
   double Fourth = 0;
@@ -140,9 +140,9 @@ class Solver {
     return p;
   }
 
-  Moments MomentsOf(const Rating& rating) const {
+  FourMoments MomentsOf(const Rating& rating) const {
     const Vector p = Probabilities(rating);
-    Moments moments;
+    FourMoments moments;
     for (int k = 0; k <= problem_.Top; ++k) moments.Mean += k * p[At(k)];
     for (int k = 0; k <= problem_.Top; ++k) {
       const double square = (k - moments.Mean) * (k - moments.Mean);
@@ -235,7 +235,7 @@ class Solver {
     double kurtosis = 0;
     for (const Rating& rating : problem_.Ratings) {
       if (!Counts(rating, facet, number)) continue;
-      const Moments m = MomentsOf(rating);
+      const FourMoments m = MomentsOf(rating);
       const double w = Weight(rating);
       const double square = (rating.Response - m.Mean) * (rating.Response - m.Mean);
       count += w;
@@ -272,7 +272,7 @@ class Solver {
       double smallest = 0;
       for (const Rating& rating : problem_.Ratings) {
         if (!Counts(rating, facet, number)) continue;
-        const Moments m = MomentsOf(rating);
+        const FourMoments m = MomentsOf(rating);
         const double w = Weight(rating);
         smallest = smallest == 0 ? w : std::min(smallest, w);
         observed += w * rating.Response;

@@ -108,8 +108,9 @@ TEST(EstimationProperties, AnchoredAtItsOwnMeasuresAnAnalysisRepeatsItself) {
 }
 
 TEST(EstimationProperties, NeitherTheOrderOfTheDataNorTheNumbersOfElementsMatter) {
-  for (const auto& [what, design] : GeneratedDesigns()) {
-    SCOPED_TRACE(what);
+  for (const auto& generated : GeneratedDesigns()) {
+    SCOPED_TRACE(generated.What);
+    const Design& design = generated.Design;
     const FinishedAnalysis run = design.Run();
     Design shuffled = design;
     std::mt19937 random(7);

@@ -29,12 +29,13 @@ ElementLayout LayoutOf(const std::vector<int>& counts, std::vector<int>& firsts)
 
 TEST(ObservationStore, GivesBackWhatWasWrittenAcrossAllBlockBoundaries) {
   const TestFolder folder;
-  for (const auto& [counts, width] : std::vector<std::pair<std::vector<int>, int>>{
+  for (const auto& facets : std::vector<std::pair<std::vector<int>, int>>{
            {{255, 1}, 2}, {{256, 255, 0, 65535}, 5}, {{65536, 16777215}, 6}, {{16777216, 3}, 5}, {{0, 0}, 0}}) {
+    const std::vector<int>& counts = facets.first;
     for (const std::int64_t records : {1, 4999, 5000, 5001, 10000, 12800, 64000, 64001}) {
       std::vector<int> firsts;
       const ElementLayout layout = LayoutOf(counts, firsts);
-      EXPECT_EQ(layout.ElementRecordLength(), width);
+      EXPECT_EQ(layout.ElementRecordLength(), facets.second);
       std::mt19937 random(static_cast<unsigned>(records));
       std::vector<std::vector<ElementIndex>> elements;
       ObservationWriter writer(folder.Path(), layout);
@@ -70,7 +71,7 @@ TEST(ObservationStore, GivesBackWhatWasWrittenAcrossAllBlockBoundaries) {
       for (int pass = 0; pass < 2; ++pass)
         for (std::int64_t n = 1; n <= records; ++n) check(n);
       for (int jump = 0; jump < 50; ++jump) check(1 + static_cast<std::int64_t>(random()) % records);
-      EXPECT_EQ(wrong, 0) << records << " records of " << width << " bytes";
+      EXPECT_EQ(wrong, 0) << records << " records of " << facets.second << " bytes";
     }
   }
 }

@@ -23,22 +23,22 @@ constexpr const char* kBlanks = " \t";
 
 LineEditor::Complete completeLine;
 std::function<bool()> inputComes;
-std::vector<std::string> words;
+std::vector<std::string> completions;
 bool lineBegins = false;
 
 /// The library asks for one word after the other, and frees them.
 char* NextWord(const char*, int state) {
   const auto at = static_cast<std::size_t>(state);
-  return at < words.size() ? strdup(words[at].c_str()) : nullptr;
+  return at < completions.size() ? strdup(completions[at].c_str()) : nullptr;
 }
 
 char** CompleteWord(const char* text, int start, int) {
-  // Without words of ours there are none: the library would offer file names.
+  // Without completions of ours there are none: the library would offer file names.
   rl_attempted_completion_over = 1;
-  words = completeLine(std::string(rl_line_buffer, static_cast<std::size_t>(start)) + text);
-  const bool open = words.size() != 1 || words.front().ends_with('=') || words.front().ends_with('/');
+  completions = completeLine(std::string(rl_line_buffer, static_cast<std::size_t>(start)) + text);
+  const bool open = completions.size() != 1 || completions.front().ends_with('=') || completions.front().ends_with('/');
   rl_completion_append_character = open ? '\0' : ' ';
-  return words.empty() ? nullptr : rl_completion_matches(text, NextWord);
+  return completions.empty() ? nullptr : rl_completion_matches(text, NextWord);
 }
 
 bool InputWaits() {

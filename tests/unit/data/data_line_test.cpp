@@ -9,15 +9,15 @@
 namespace tessaly {
 namespace {
 
-using Texts = std::vector<std::string>;
+using FieldTexts = std::vector<std::string>;
 
-Texts FieldsOf(const std::vector<DataField>& fields) {
-  Texts texts;
+FieldTexts FieldsOf(const std::vector<DataField>& fields) {
+  FieldTexts texts;
   for (std::size_t at = 1; at < fields.size(); ++at) texts.emplace_back(fields[at].Text);
   return texts;
 }
 
-Texts SplitAny(std::string_view raw) {
+FieldTexts SplitAny(std::string_view raw) {
   std::string work;
   std::vector<DataField> fields;
   SplitAnyLine(raw, work, fields);
@@ -25,19 +25,19 @@ Texts SplitAny(std::string_view raw) {
 }
 
 TEST(DataLine, DelimitersAreCommasTabsOrBlanks) {
-  EXPECT_EQ(SplitAny("1 2   3 4"), (Texts{"1", "2", "3", "4"}));
-  EXPECT_EQ(SplitAny("1, 2 3, 4"), (Texts{"1", "2 3", "4"}));
-  EXPECT_EQ(SplitAny("1\t\t 3\t4"), (Texts{"1", "", "3", "4"}));
-  EXPECT_EQ(SplitAny("1,2\t3"), (Texts{"1", "2 3"}));
-  EXPECT_EQ(SplitAny("1=2 3"), (Texts{"1", "2 3"}));
-  EXPECT_EQ(SplitAny("a\xFF 2\t3"), (Texts{"a", "2 3"}));
-  EXPECT_EQ(SplitAny("a\xFF 2,3"), (Texts{"a  2", "3"}));
-  EXPECT_EQ(SplitAny("'a b' \"c\""), (Texts{"", "a b", "", "c", ""}));
-  EXPECT_EQ(SplitAny("\"Ann\",'2',3"), (Texts{"Ann", "2", "3"}));
-  EXPECT_EQ(SplitAny("1,,3,"), (Texts{"1", "", "3", ""}));
-  EXPECT_EQ(SplitAny("1\x01 2 ; 3"), (Texts{"1", "2"}));
-  EXPECT_EQ(SplitAny("* all that follows"), (Texts{"*"}));
-  for (const std::string_view blank : {"", "  ", ", ,,", "\t,", " ; 1,2", "\x01"}) EXPECT_EQ(SplitAny(blank), Texts{});
+  EXPECT_EQ(SplitAny("1 2   3 4"), (FieldTexts{"1", "2", "3", "4"}));
+  EXPECT_EQ(SplitAny("1, 2 3, 4"), (FieldTexts{"1", "2 3", "4"}));
+  EXPECT_EQ(SplitAny("1\t\t 3\t4"), (FieldTexts{"1", "", "3", "4"}));
+  EXPECT_EQ(SplitAny("1,2\t3"), (FieldTexts{"1", "2 3"}));
+  EXPECT_EQ(SplitAny("1=2 3"), (FieldTexts{"1", "2 3"}));
+  EXPECT_EQ(SplitAny("a\xFF 2\t3"), (FieldTexts{"a", "2 3"}));
+  EXPECT_EQ(SplitAny("a\xFF 2,3"), (FieldTexts{"a  2", "3"}));
+  EXPECT_EQ(SplitAny("'a b' \"c\""), (FieldTexts{"", "a b", "", "c", ""}));
+  EXPECT_EQ(SplitAny("\"Ann\",'2',3"), (FieldTexts{"Ann", "2", "3"}));
+  EXPECT_EQ(SplitAny("1,,3,"), (FieldTexts{"1", "", "3", ""}));
+  EXPECT_EQ(SplitAny("1\x01 2 ; 3"), (FieldTexts{"1", "2"}));
+  EXPECT_EQ(SplitAny("* all that follows"), (FieldTexts{"*"}));
+  for (const std::string_view blank : {"", "  ", ", ,,", "\t,", " ; 1,2", "\x01"}) EXPECT_EQ(SplitAny(blank), FieldTexts{});
 }
 
 // Lines of ordinary characters take a way of their own, which must not show.
@@ -61,7 +61,7 @@ TEST(DataLine, BothWaysOfSplittingAgree) {
   EXPECT_GT(taken, 100000);
 }
 
-// Texts are looked at eight bytes at a time: every byte must be seen wherever it stands.
+// FieldTexts are looked at eight bytes at a time: every byte must be seen wherever it stands.
 TEST(DataLine, BothWaysOfSplittingSeeEveryByteAtEveryPlace) {
   std::string work;
   std::vector<DataField> plain;
@@ -111,8 +111,8 @@ ColumnTable Columns(const std::vector<Column>& columns) {
   return table;
 }
 
-Texts FieldsOf(const DataLine& line) {
-  Texts fields;
+FieldTexts FieldsOf(const DataLine& line) {
+  FieldTexts fields;
   for (std::int32_t number = 1; number <= line.FieldCount(); ++number) fields.emplace_back(line.Text(number));
   return fields;
 }
@@ -146,25 +146,25 @@ TEST(DataLine, SuppliedColumnsTakeNoFieldOfTheLine) {
   const ColumnTable columns = Columns({{}, {"1_4"}, {"", 1}, {"$l"}, {"$C"}});
   DataLine line(columns, "R");
   line.Split("R2, 7_9, 3, 2", 12, 8);
-  EXPECT_EQ(FieldsOf(line), (Texts{"7-9", "1-4", "", "12", "8", "3", "2"}));
+  EXPECT_EQ(FieldsOf(line), (FieldTexts{"7-9", "1-4", "", "12", "8", "3", "2"}));
   line.SetDerived({3}, "ab");
   EXPECT_EQ(line.Text(3), "ab");
   line.Split("7", 12, 8);
-  EXPECT_EQ(FieldsOf(line), Texts{"7"}) << "nothing is supplied behind the last field of the line";
+  EXPECT_EQ(FieldsOf(line), FieldTexts{"7"}) << "nothing is supplied behind the last field of the line";
   line.Split("* ,1", 12, 8);
   EXPECT_TRUE(line.EndsData());
 
   const ColumnTable first = Columns({{"5"}, {}});
   DataLine supplied(first, "R");
   supplied.Split("2,1", 1, 0);
-  EXPECT_EQ(FieldsOf(supplied), (Texts{"5", "2", "1"}));
+  EXPECT_EQ(FieldsOf(supplied), (FieldTexts{"5", "2", "1"}));
 }
 
 TEST(DataLine, UnderlineIsAHyphenInColumnsOnly) {
   const ColumnTable columns = Columns({{}, {}});
   DataLine line(columns, "R");
   line.Split("1_3,a_b,1_2", 1, 0);
-  EXPECT_EQ(FieldsOf(line), (Texts{"1-3", "a-b", "1_2"}));
+  EXPECT_EQ(FieldsOf(line), (FieldTexts{"1-3", "a-b", "1_2"}));
 }
 
 TEST(DataLine, HoldsAtMost32000Fields) {

@@ -37,7 +37,7 @@ TEST(StatementMatcher, FindsWhatTryingOneAfterTheOtherFinds) {
       ModelStatement statement;
       for (int position = 0; position < 3; ++position) {
         const auto low = static_cast<std::int32_t>(random() % 300);
-        const auto high = static_cast<std::int32_t>(low + random() % 3);
+        const auto high = low + static_cast<std::int32_t>(random() % 3);
         const bool free = random() % 3 == 0;
         statement.ModelLow.add(free ? (random() % 2 == 0 ? kAnyElement : kIgnoredPosition) : low);
         statement.ModelHigh.add(free ? kAnyElement : high);

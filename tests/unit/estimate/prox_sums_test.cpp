@@ -11,13 +11,13 @@ namespace {
 
 /// Two positions of facet 1 (positive; elements 1 to 4) and facet 2 (elements 5 and 6), and a scale of raw categories
 /// 1, 2 and 4.
-struct Bed {
+struct ProxBed {
   Analysis A;
   TestFolder Folder;
   User Nobody;
   Console Silence;
 
-  explicit Bed(bool sameFacet = false, bool secondNegative = false) {
+  explicit ProxBed(bool sameFacet = false, bool secondNegative = false) {
     A.Facets = DefaultFacets(2);
     for (const auto& [facet, first, last] : {std::tuple{1, 1, 4}, {2, 5, 6}}) {
       A.Facets[{facet}].FacetFirstElement = {first};
@@ -79,7 +79,7 @@ TEST(ReadStatus, FollowsFromElementsAndCategory) {
            Case{"not in use, one extreme", 1, 6, S::Minimum, S::Active, 0, ReadStatus::CategoryNotInUse, -2.5F},
            Case{"not in use, nothing measurable", 0, 0, S::Active, S::Active, 0, ReadStatus::NothingMeasurable, 0},
        }) {
-    Bed bed;
+    ProxBed bed;
     bed.A.Elements.ElementStatus[{1}] = c.FirstStatus;
     bed.A.Elements.ElementStatus[{6}] = c.SecondStatus;
     bed.Pass({{c.First, c.Second, c.Raw, 1.0F}}, [&](const Observation& obs) {
@@ -87,13 +87,13 @@ TEST(ReadStatus, FollowsFromElementsAndCategory) {
       EXPECT_EQ(obs.MeasureSum, c.Sum) << c.What;
     });
   }
-  Bed bed;
+  ProxBed bed;
   bed.A.Scales.Scales[kScale].ScaleTopCategory = 0;
   bed.Pass({{1, 6, 2, 1.0F}}, [](const Observation& obs) { EXPECT_EQ(obs.Status, ReadStatus::CategoryNotInUse); });
 }
 
 TEST(ReadStatus, AnElementAgainstItselfCancelsOut) {
-  Bed bed(true, true);
+  ProxBed bed(true, true);
   std::vector<float> sums;
   std::vector<ReadStatus> statuses;
   bed.Pass({{2, 2, 2, 1.0F}, {2, 4, 2, 1.0F}}, [&](const Observation& obs) {
@@ -105,7 +105,7 @@ TEST(ReadStatus, AnElementAgainstItselfCancelsOut) {
 }
 
 TEST(ObservedTotals, CountWeightedOrdinalsAndTurnNegativePositionsOver) {
-  Bed bed(true, true);
+  ProxBed bed(true, true);
   bed.A.Elements.ElementStatus[{3}] = ElementStatus::Maximum;
   ObservedTotals totals(bed.A.Elements, bed.A.Scales);
   // Element 3 is extreme: its opponent does not count that line. The last line has no weight.
@@ -129,7 +129,7 @@ TEST(ObservedTotals, CountWeightedOrdinalsAndTurnNegativePositionsOver) {
 }
 
 TEST(ObservedTotals, CountBeyondTheWholeNumbersOfASingle) {
-  Bed bed;
+  ProxBed bed;
   ObservedTotals totals(bed.A.Elements, bed.A.Scales);
   bed.Pass({{1, 5, 4, 16777216.0F}, {1, 5, 1, 1.0F}, {1, 5, 1, 1.0F}, {1, 5, 1, 1.0F}},
            [&](const Observation& obs) { totals.Add(obs); });
@@ -139,7 +139,7 @@ TEST(ObservedTotals, CountBeyondTheWholeNumbersOfASingle) {
 }
 
 TEST(ProxSums, HoldTheMeasuresOfTheOthersWithTheWeightSquared) {
-  Bed bed;
+  ProxBed bed;
   Table<ElementIndex, EstimationSums> sums(6);
   ProxSums prox(sums);
   bed.Pass({{1, 5, 2, 2.0F}, {1, 6, 2, 1.0F}}, [&](const Observation& obs) { prox.Add(obs); });

@@ -139,7 +139,7 @@ TEST(PrepareScales, TakesValuesInUserUnitsAndAnchorsRaiseTheTop) {
 }
 
 /// Runs one update of the steps with these counts and gives the steps behind it.
-std::vector<double> Updated(ScaleTables& scales, const std::vector<double>& observed,
+std::vector<double> StepsAfter(ScaleTables& scales, const std::vector<double>& observed,
                             const std::vector<double>& expected, float damping = 1) {
   const auto top = static_cast<std::int32_t>(observed.size()) - 1;
   for (std::int32_t k = 0; k <= top; ++k) {
@@ -165,7 +165,7 @@ TEST(UpdateSteps, MovesByLogRatiosAndKeepsTheMeanAtZero) {
     wanted[k - 1] += 0.8 * (std::log(observed[k - 1] / observed[k]) - std::log(expected[k - 1] / expected[k]));
   const double mean = (wanted[0] + wanted[1] + wanted[2]) / 3;
   for (double& step : wanted) step -= mean;
-  ExpectNear(Updated(scales, observed, expected, 0.8F), wanted);
+  ExpectNear(StepsAfter(scales, observed, expected, 0.8F), wanted);
   EXPECT_EQ(scales.CategoryStepPrevious(kScale, 3), 0.4F);
 }
 
@@ -179,7 +179,7 @@ TEST(UpdateSteps, AJumpOverEmptyCategoriesIsSharedAmongTheStepsOfTheGap) {
     for (double& step : steps) step -= mean;
     return steps;
   }();
-  ExpectNear(Updated(scales, {10, 20, 0, 0, 5}, {12, 16, 2, 1, 8}), wanted);
+  ExpectNear(StepsAfter(scales, {10, 20, 0, 0, 5}, {12, 16, 2, 1, 8}), wanted);
 }
 
 TEST(UpdateSteps, FreeStepsFollowTheMeanMoveOfAnchoredOnes) {
@@ -188,11 +188,11 @@ TEST(UpdateSteps, FreeStepsFollowTheMeanMoveOfAnchoredOnes) {
   scales.CategoryAnchor(kScale, 3) = CategoryAnchor::StartingValue;
   const double move1 = std::log(10.0 / 20) - std::log(8.0 / 22);
   const double move2 = std::log(20.0 / 15) - std::log(22.0 / 12);
-  ExpectNear(Updated(scales, {10, 20, 15, 5}, {8, 22, 12, 8}), {-1, 0.5 + move2 - move1, 2});
+  ExpectNear(StepsAfter(scales, {10, 20, 15, 5}, {8, 22, 12, 8}), {-1, 0.5 + move2 - move1, 2});
   // All anchored: nothing moves.
   for (int k = 1; k <= 3; ++k) scales.CategoryAnchor(kScale, k) = CategoryAnchor::Anchored;
   const float held = scales.CategoryStep(kScale, 2);
-  ExpectNear(Updated(scales, {10, 20, 15, 5}, {8, 22, 12, 8}), {-1, double{held}, 2});
+  ExpectNear(StepsAfter(scales, {10, 20, 15, 5}, {8, 22, 12, 8}), {-1, double{held}, 2});
   IterationSummary summary;
   LargestResiduals largest;
   UpdateScales(OneModel(ModelType::RatingScale), {Phase::Jmle, 1, 1e-30F}, scales, summary, largest);
@@ -207,7 +207,7 @@ TEST(UpdateSteps, AKeptCategoryCountsInTheMeanAndStaysAtZero) {
   const double first = -0.4 + std::log(10.0 / 20) - std::log(12.0 / 18);
   const double last = 0.4 + std::log(20.0 / 5) - std::log(18.0 / 5);
   const double mean = (first + last) / 3;
-  ExpectNear(Updated(scales, {10, 20, 0, 5}, {12, 18, 0, 5}), {first - mean, 0, last - mean});
+  ExpectNear(StepsAfter(scales, {10, 20, 0, 5}, {12, 18, 0, 5}), {first - mean, 0, last - mean});
 }
 
 TEST(UpdateScales, StepsRestInProxAndDiscriminationsMoveHalfANewtonStep) {

@@ -80,7 +80,7 @@ std::vector<CurvePoint> RandomPoints(std::size_t count, double unit, std::mt1993
 
 TEST(SmoothingSpline, SolvesItsEquations) {
   std::mt19937 random(4);
-  for (const std::size_t count : {3, 4, 5, 30})
+  for (const std::size_t count : {3U, 4U, 5U, 30U})
     for (const int smoothing : {1, 10})
       for (const double unit : {1.0, 10.0}) CheckAgainstDense(RandomPoints(count, unit, random), smoothing, unit);
   // What lies on a line stays there.

@@ -55,7 +55,8 @@ TEST(ScoreBlock, HasTheBitsOfTheKernelWhateverStandsBeside) {
       EXPECT_EQ(block->Full(), count == ScoreBlock::kCapacity);
       evaluator.Evaluate(*block);
       for (std::size_t at = 0; at < count; ++at) {
-        const auto [scale, measure] = put[at];
+        const ScaleNumber scale = put[at].first;
+        const float measure = put[at].second;
         const std::int32_t top = scales.Scales[scale].ScaleTopCategory;
         const auto expect = [&](float own, float other) {
           ASSERT_EQ(std::bit_cast<std::uint32_t>(own), std::bit_cast<std::uint32_t>(other)) << measure << " " << top;

@@ -15,7 +15,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 /// The lines of a file, without their CR LF.
-Lines LinesOf(const std::string& path) {
+Lines LinesOfFile(const std::string& path) {
   std::ifstream stream(path, std::ios::binary);
   Lines lines;
   for (std::string line; std::getline(stream, line);) {
@@ -25,12 +25,12 @@ Lines LinesOf(const std::string& path) {
   return lines;
 }
 
-Lines Written(const Analysis& analysis, FacetNumber facet, OutputDestination to = OutputDestination::Plain) {
+Lines ScoresOf(const Analysis& analysis, FacetNumber facet, OutputDestination to = OutputDestination::Plain) {
   const TestFolder folder;
   TextOutput file(folder.Path() + "scores.txt");
   WriteScoreFile(facet, to, analysis, file);
   file.Close();
-  return LinesOf(file.Path());
+  return LinesOfFile(file.Path());
 }
 
 // Facet 2, negative, has Ann (7) with figures of all kinds, and Roberta without observations.
@@ -77,7 +77,7 @@ TEST_F(ScoreFileTest, ColumnsOfFixedWidth) {
       "       .61       .50      1.10      -.13        -1        -3      2.50        -1     12.00      8.00"
       "     .0500      3.00      4.00     .1000         7";
   EXPECT_EQ(
-      Written(A, {2}),
+      ScoresOf(A, {2}),
       Lines({"2 Raters",
              "   T.Score   T.Count  Obs.Avge FairMAvge   Measure      S.E.   InfitMS    InfitZ  OutfitMS   OutfitZ"
              "     PtMea   PtMeExp   Discrim  Displace    Status     Group    Weight      Sign InfChiSqu   Infitdf"
@@ -88,21 +88,21 @@ TEST_F(ScoreFileTest, ColumnsOfFixedWidth) {
   A.Settings.QuoteMark = "'";
   A.Settings.OmitUnobserved = false;
   Select({1, 3, 15, 25, 26, 27, 28});
-  EXPECT_EQ(Written(A, {2}),
+  EXPECT_EQ(ScoresOf(A, {2}),
             Lines({"2 'Raters'", " 'T.Score' 'Obs.Avg'  'Status'       '2' 'Raters'  'F-Numbe' 'F-Label'",
                    "     12.00      2.40        -1         7 'Ann'             2 'Raters'",
                    "       .00       .00         02147483646 'Roberta'         2 'Raters'"}));
   A.Settings.QuoteMark = "<<<<<";
   Select({1, 26});
   A.Elements.ElementLabel[{1}] = "\xC3\x84nne";
-  EXPECT_EQ(Written(A, {2})[1], " <<<<<<<<<< <<<<<Raters<<<<< ");
-  EXPECT_EQ(Written(A, {2})[2], "     12.00 <<<<<\xC3\x84nne<<<<<   ");
+  EXPECT_EQ(ScoresOf(A, {2})[1], " <<<<<<<<<< <<<<<Raters<<<<< ");
+  EXPECT_EQ(ScoresOf(A, {2})[2], "     12.00 <<<<<\xC3\x84nne<<<<<   ");
 }
 
 TEST_F(ScoreFileTest, SettingsChooseFiguresNamesAndUnits) {
   A.Settings.CsvDelimiter = ",";
   const auto fields = [&] {
-    const Lines lines = Written(A, {2});
+    const Lines lines = ScoresOf(A, {2});
     return lines[1] + " | " + lines[2];
   };
   Select({1, 2, 3, 4, 11});
@@ -125,12 +125,12 @@ TEST_F(ScoreFileTest, SettingsChooseFiguresNamesAndUnits) {
 
   A.Settings.HeadingLinesOption = false;
   A.Settings.ScoreFields = "NNY";
-  EXPECT_EQ(Written(A, {2}), Lines({"2.25"}));
+  EXPECT_EQ(ScoresOf(A, {2}), Lines({"2.25"}));
   A.Settings.ScoreFields.assign(28, 'N');
-  EXPECT_EQ(Written(A, {2}), Lines());
+  EXPECT_EQ(ScoresOf(A, {2}), Lines());
   A.Settings.HeadingLinesOption = true;
-  EXPECT_EQ(Written(A, {2}), Lines({"2,Raters"}));
-  EXPECT_EQ(Written(A, {1}), Lines({"1,"}));
+  EXPECT_EQ(ScoresOf(A, {2}), Lines({"2,Raters"}));
+  EXPECT_EQ(ScoresOf(A, {1}), Lines({"1,"}));
 }
 
 TEST_F(ScoreFileTest, DelimitedLabelsAreOneField) {
@@ -138,16 +138,16 @@ TEST_F(ScoreFileTest, DelimitedLabelsAreOneField) {
   A.Settings.CsvDelimiter = ";";
   A.Facets[{2}].FacetLabel = "1/2";
   A.Elements.ElementLabel[{1}] = "Ann; \"A\"";
-  EXPECT_EQ(Written(A, {2}), Lines({"2;1/2", "2;1/2;F-Number;F-Label", "7;\"Ann; \"\"A\"\"\";2;1/2"}));
+  EXPECT_EQ(ScoresOf(A, {2}), Lines({"2;1/2", "2;1/2;F-Number;F-Label", "7;\"Ann; \"\"A\"\"\";2;1/2"}));
   A.Settings.QuoteMark = "'";
-  EXPECT_EQ(Written(A, {2}), Lines({"2;'1/2'", "'2';'1/2';'F-Number';'F-Label'", "7;'Ann; \"A\"';2;'1/2'"}));
+  EXPECT_EQ(ScoresOf(A, {2}), Lines({"2;'1/2'", "'2';'1/2';'F-Number';'F-Label'", "7;'Ann; \"A\"';2;'1/2'"}));
 
   A.Settings.QuoteMark.clear();
   A.Settings.CsvDelimiter = "\t";
-  EXPECT_EQ(Written(A, {2}, OutputDestination::Spreadsheet)[0], "2\t_1/2");
-  EXPECT_EQ(Written(A, {2}, OutputDestination::Spreadsheet)[2], "7\t\"Ann; \"\"A\"\"\"\t2\t_1/2");
+  EXPECT_EQ(ScoresOf(A, {2}, OutputDestination::Spreadsheet)[0], "2\t_1/2");
+  EXPECT_EQ(ScoresOf(A, {2}, OutputDestination::Spreadsheet)[2], "7\t\"Ann; \"\"A\"\"\"\t2\t_1/2");
   A.Settings.HeadingLinesOption = false;
-  EXPECT_EQ(Written(A, {2}, OutputDestination::R),
+  EXPECT_EQ(ScoresOf(A, {2}, OutputDestination::R),
             Lines({"2\t1/2\tF-Number\tF-Label", "7\t\"Ann; \"\"A\"\"\"\t2\t1/2"}));
 }
 
@@ -178,13 +178,13 @@ TEST(ScoreFile, FiguresOfAnAnalysisAreThoseOfItsDataAndOfTable7) {
       if (rating.Elements[0] <= 2) rating.Response = rating.Elements[0] == 1 ? 0 : 3;
     const FinishedAnalysis run = design.Run();
 
-    auto persons = Rows(Written(run.A, {1}), "1");
+    auto persons = Rows(ScoresOf(run.A, {1}), "1");
     for (const auto& [person, status] :
          std::map<std::string, std::string>{{"1", "-2"}, {"2", "-3"}, {"3", "1"}, {"4", "0"}, {"5", "-1"}})
       EXPECT_EQ(persons[person]["Status"], status) << person;
     EXPECT_EQ(persons["3"]["Measure"], "3.000");
 
-    for (auto& [item, row] : Rows(Written(run.A, {2}), "2")) {
+    for (auto& [item, row] : Rows(ScoresOf(run.A, {2}), "2")) {
       int score = 0, count = 0;
       for (const Rating& rating : design.Ratings) {
         if (NumberText(rating.Elements[1]) != item || (!totals && BelowActive(run.Status(1, rating.Elements[0]))))
@@ -229,15 +229,15 @@ TEST_F(ScoreFileTest, AllFacetsWithLabelsUntilOneFails) {
   A.Settings.ScoreFileName = " scores.XLS ";
   EXPECT_TRUE(WriteAllScoreFiles(ScoreFilePath(A.Settings), A, control, console));
   EXPECT_FALSE(exists("scores1.XLS"));
-  EXPECT_EQ(LinesOf(folder.Path() + "scores2.XLS")[0], "2\tRaters");
-  EXPECT_EQ(LinesOf(folder.Path() + "scores4.XLS")[0], "4\t_12");
+  EXPECT_EQ(LinesOfFile(folder.Path() + "scores2.XLS")[0], "2\tRaters");
+  EXPECT_EQ(LinesOfFile(folder.Path() + "scores4.XLS")[0], "4\t_12");
   EXPECT_EQ(console.Messages[1], "Writing score file for facet 3 to " + folder.Path() + "scores3.XLS");
   EXPECT_TRUE(console.Warnings.empty());
 
   // A full disk takes the file, but not its lines.
   std::filesystem::create_symlink("/dev/full", folder.Path() + "s3.txt");
   EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "s.txt", A, control, console));
-  EXPECT_EQ(LinesOf(folder.Path() + "s2.txt").size(), 3U);
+  EXPECT_EQ(LinesOfFile(folder.Path() + "s2.txt").size(), 3U);
   EXPECT_FALSE(exists("s4.txt"));
   EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "none/", A, control, console));
   EXPECT_EQ(

@@ -20,7 +20,7 @@ constexpr std::string_view kSorry =
     " Sorry! Group-anchor file could not be constructed automatically. Please see Table 7 for subset numbers.\n";
 
 // Persons 1 and 2 meet items 1 and 2 only, persons 3 and 4 items 3 and 4; all meet the rater.
-constexpr std::string_view kData = "1,1,1,1\n1,2,1,0\n2,1,1,0\n2,2,1,1\n3,3,1,1\n3,4,1,0\n4,3,1,0\n4,4,1,1\n";
+constexpr std::string_view kSubsetData = "1,1,1,1\n1,2,1,0\n2,1,1,0\n2,2,1,1\n3,3,1,1\n3,4,1,0\n4,3,1,0\n4,4,1,1\n";
 constexpr std::string_view kHead = "Facets=3\nUmean=50,10\nNoncenter=1\nModels=?,?,?,D\n";
 
 std::string Specification(const std::string& persons, const std::string& items) {
@@ -30,7 +30,7 @@ std::string Specification(const std::string& persons, const std::string& items) 
 TEST(SubsetAnchorFile, ProposesGroupsThatConnectTheSubsets) {
   const std::string persons = "1,Persons\n1,Ann\n2,Bob\n3,Cem\n4,Dot\n";
   const std::string items = "2,Items\n1-4,Item\n";
-  const FinishedAnalysis run = RunSpecification(Specification(persons, items), {{"data.txt", std::string(kData)}});
+  const FinishedAnalysis run = RunSpecification(Specification(persons, items), {{"data.txt", std::string(kSubsetData)}});
   ASSERT_EQ(run.A.Subsets.SubsetCount, 2);
   const std::string comment =
       " ; these element specifications can be placed in your Labels= after the existing element specifications for "
@@ -44,7 +44,7 @@ TEST(SubsetAnchorFile, ProposesGroupsThatConnectTheSubsets) {
                 comment + "1,Ann,50,10\n2,Bob,50,10\n3,Cem,50,11\n4,Dot,50,11\n*\n" +
                 "\nAnd/or group anchor this facet:\n\n" + newItems + "*\n");
 
-  const FinishedAnalysis again = RunSpecification(Specification(persons, newItems), {{"data.txt", std::string(kData)}});
+  const FinishedAnalysis again = RunSpecification(Specification(persons, newItems), {{"data.txt", std::string(kSubsetData)}});
   EXPECT_EQ(again.A.Subsets.SubsetCount, 0);
   EXPECT_EQ(Proposal(again.A), std::string(kOpening).append(kSorry));
 }
@@ -53,7 +53,7 @@ TEST(SubsetAnchorFile, ProposesGroupsThatConnectTheSubsets) {
 TEST(SubsetAnchorFile, FirstSubsetsAndFreeGroups) {
   FinishedAnalysis run =
       RunSpecification(Specification("1,Persons\n1,Ann\n2,Bob\n3,Cem\n4,Dot\n", "2,Items\n1-4,Item,,32759\n"),
-                       {{"data.txt", std::string(kData)}});
+                       {{"data.txt", std::string(kSubsetData)}});
   auto& subsets = run.A.Subsets.ElementSubsets;
   subsets.assign(run.A.Elements.ElementCount(), {});
   subsets[run.At(1, 1)] = {3, 1};

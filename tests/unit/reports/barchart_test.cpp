@@ -14,7 +14,7 @@
 namespace tessaly {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 std::vector<std::string> TextLines(std::vector<std::string> lines) {
   for (std::string& line : lines) line = ToTextBox(line);
@@ -82,7 +82,7 @@ TEST(Barchart, NumbersStandUnderTheirTicks) {
 
 TEST(Barchart, WhatCannotBeDrawnIsLeftOut) {
   for (const auto& [low, high] :
-       {std::pair{kInfinity, -kInfinity}, {-kInfinity, 1.0}, {1.0, kInfinity}, {-1e30, 1e30}, {1e300, 1e300}}) {
+       {std::pair{kInfinite, -kInfinite}, {-kInfinite, 1.0}, {1.0, kInfinite}, {-1e30, 1e30}, {1e300, 1e300}}) {
     Barchart chart("", {low, high});
     chart.Tally(0);
     EXPECT_TRUE(chart.Lines().empty()) << low << " to " << high;
@@ -93,7 +93,7 @@ TEST(Barchart, WhatCannotBeDrawnIsLeftOut) {
   range.Meet(1);
   range.Meet(std::nan(""));
   Barchart chart("", range);
-  for (const double value : {std::nan(""), kInfinity, -kInfinity}) chart.Tally(value);
+  for (const double value : {std::nan(""), kInfinite, -kInfinite}) chart.Tally(value);
   EXPECT_TRUE(chart.Lines().empty());
   for (const double value : {1e300, -1e300, 1e30}) chart.Tally(value);
   EXPECT_EQ(chart.Lines().size(), 5U);

@@ -9,7 +9,7 @@
 namespace tessaly {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 TEST(GeneralText, DigitsSignAndExponentForm) {
   EXPECT_EQ(GeneralText(0.25f), " .25");
@@ -49,7 +49,7 @@ TEST(FormatNumber, RoundsPadsAndOverflows) {
   EXPECT_EQ(FormatNumber(1.5, -6, -1), "   1.5");
   EXPECT_EQ(FormatNumber(1.234e17, 20, 1), "123400000000000000.0");
   EXPECT_EQ(FormatNumber(123456789012345678.0, 18, 0), "123456789012346000") << "15 digits, then zeros";
-  EXPECT_EQ(FormatNumber(-kInfinity, 5, 2), "-17E3") << "a power above 300";
+  EXPECT_EQ(FormatNumber(-kInfinite, 5, 2), "-17E3") << "a power above 300";
   EXPECT_EQ(FormatNumber(std::nan(""), 4, 1), "****");
   EXPECT_EQ(FormatSingle(0.145f, 4, 2), " .14") << "the single lies below 0.145";
   EXPECT_EQ(FormatNumber(0.145, 4, 2), " .15") << "0.145 times 10 twice is 14.5";
