@@ -4,14 +4,17 @@
 Usage: shell_test.py PROGRAM
 """
 
+import fcntl
 import os
 import pty
 import resource
 import select
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 from pathlib import Path
@@ -187,6 +190,35 @@ class Shell(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertIn("Failure writing output file: /dev/full", errors)
         self.assertIn("No space left on device", errors)
+
+    def test_standard_output_that_takes_nothing(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        self.assertEqual(self.run_program("spec.txt", "Batch=Y")[0], 0)
+        whole = (self.folder / "spec.out.txt").read_bytes()
+        for output, status in (("/dev/full", 1), (None, 0)):
+            command = [PROGRAM, "spec.txt", "Batch=Y", "--request", "table5"]
+            with open(output or os.devnull, "w") as stream:
+                done = subprocess.run(command, cwd=self.folder, env=self.environment, stdin=subprocess.DEVNULL,
+                                      stdout=stream, stderr=subprocess.PIPE, text=True, check=False,
+                                      preexec_fn=None if output else lambda: os.close(1))
+            self.assertEqual(done.returncode, status, done.stderr)
+            told = "Standard output could not be written: No space left on device" in done.stderr
+            self.assertEqual(told, status == 1)
+            self.assertEqual((self.folder / "spec.out.txt").read_bytes(), whole, "status lines in the report?")
+        with open("/dev/full", "w") as stream:
+            done = subprocess.run([PROGRAM, "--help"], stdout=stream, stderr=subprocess.PIPE, check=False)
+        self.assertEqual(done.returncode, 1)
+
+    def test_a_pipe_that_nobody_empties_does_not_keep_the_run(self):
+        (self.folder / "spec.txt").write_text(specification(3000))
+        process = self.start("spec.txt", "Batch=Y", "--request", "table7")
+        before, waiting = -1, 0
+        while before != waiting or waiting < 1 << 15:
+            time.sleep(0.3)
+            before, waiting = waiting, struct.unpack("i", fcntl.ioctl(process.stdout, termios.FIONREAD, bytes(4)))[0]
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(timeout=30), 143)
+        process.communicate()
 
     def test_lines_of_the_report_end_in_cr_lf(self):
         (self.folder / "spec.txt").write_text(specification(20))

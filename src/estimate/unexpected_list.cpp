@@ -4,6 +4,8 @@
 #include <cmath>
 #include <tuple>
 
+#include "support/polled_sort.h"
+
 namespace tessaly {
 
 bool UnexpectedList::Worse(const UnexpectedResponse& a, const UnexpectedResponse& b) {
@@ -33,9 +35,9 @@ void UnexpectedList::AddUnexpected(const Observation& obs, const ObservationFit&
   std::push_heap(heap_.begin(), heap_.end(), Worse);
 }
 
-std::vector<UnexpectedResponse> UnexpectedList::Sorted() const {
+std::vector<UnexpectedResponse> UnexpectedList::Sorted(RunControl& control) const {
   std::vector<UnexpectedResponse> sorted = heap_;
-  std::sort(sorted.begin(), sorted.end(), Worse);
+  PolledSort(sorted, Worse, [&] { control.Poll(); });
   return sorted;
 }
 

@@ -31,8 +31,8 @@ class UnexpectedList {
   /// Takes an observation whose elements are all measurable.
   void AddUnexpected(const Observation& obs, const ObservationFit& fit);
 
-  /// In descending order.
-  std::vector<UnexpectedResponse> Sorted() const;
+  /// In descending order. Throws `Stopped`.
+  std::vector<UnexpectedResponse> Sorted(RunControl& control) const;
   float Least() const { return least_; }
   std::int32_t Most() const { return static_cast<std::int32_t>(most_); }
   /// Observations of at least that |z| for which there was no room.

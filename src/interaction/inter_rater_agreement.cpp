@@ -12,6 +12,7 @@
 #include "interaction/thing_keys.h"
 #include "support/available_memory.h"
 #include "support/number_text.h"
+#include "support/polled_sort.h"
 
 namespace tessaly {
 
@@ -19,8 +20,6 @@ namespace {
 
 /// More observations than this are not matched.
 constexpr std::int64_t kMostObservations = 2147483646;
-/// Comparisons of the sort between two polls.
-constexpr std::uint32_t kComparisonsBetweenPolls = 1U << 20;
 
 /// What agreement needs of an observation. All of them are in memory.
 struct RatedRow {
@@ -217,11 +216,10 @@ class AgreementCount {
   /// Ratings of a thing come together, and among them those of a rater.
   void Sort() {
     console_.ShowMessage("Sorting" + GeneralText(static_cast<std::int64_t>(rows_.size())) + " observations ...");
-    std::uint32_t comparisons = 0;
-    std::sort(rows_.begin(), rows_.end(), [&](const RatedRow& a, const RatedRow& b) {
-      if (++comparisons % kComparisonsBetweenPolls == 0) control_.Poll();
+    const auto before = [](const RatedRow& a, const RatedRow& b) {
       return a.Thing != b.Thing ? a.Thing < b.Thing : a.Rater < b.Rater;
-    });
+    };
+    PolledSort(rows_, before, [&] { control_.Poll(); });
   }
 
   Agreement Match() {

@@ -234,14 +234,14 @@ std::string ScoreFilePath(const Settings& settings) {
   return path;
 }
 
-bool WriteAllScoreFiles(const std::string& path, const Analysis& analysis, Console& console) {
+bool WriteAllScoreFiles(const std::string& path, const Analysis& analysis, RunControl& control, Console& console) {
   const OutputDestination destination = DestinationOf(path);
   for (const FacetNumber facet : analysis.Facets.all()) {
     if (analysis.Facets[facet].FacetLabel.empty()) continue;
     const std::string fileName = ScoreFileName(path, facet);
     console.ShowMessage("Writing score file for facet" + GeneralText(facet.value) + " to " + fileName);
     try {
-      TextOutput file(fileName);
+      TextOutput file(fileName, &control);
       WriteScoreFile(facet, destination, analysis, file);
       file.Close();
     } catch (const Halt& halt) {

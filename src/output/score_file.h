@@ -28,6 +28,6 @@ std::string ScoreFilePath(const Settings& settings);
 /// Writes the files of all facets that have a label, named after `path` (see `ScoreFilePath`). A name of a
 /// workbook (".xls", ".xlsx") makes them files for a spreadsheet. False if one could not be written, which a warning
 /// tells: it stays as far as it got, and those behind it are not begun.
-bool WriteAllScoreFiles(const std::string& path, const Analysis& analysis, Console& console);
+bool WriteAllScoreFiles(const std::string& path, const Analysis& analysis, RunControl& control, Console& console);
 
 }  // namespace tessaly

@@ -1,10 +1,12 @@
 #include "reports/bias_order.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <utility>
 
 #include "support/bytes.h"
+#include "support/polled_sort.h"
 #include "support/sort_keys.h"
 
 namespace tessaly {
@@ -94,12 +96,12 @@ LabelRanks::LabelRanks(const BiasTerms& terms, const FacetTable& facets, const E
 }
 
 std::vector<TermIndex> SortTerms(const BiasTerms& terms, const FacetTable& facets, const ElementTable& elements,
-                                 BiasDirection direction, std::string_view letters) {
+                                 BiasDirection direction, std::string_view letters, RunControl& control) {
   const TermKeys maker(terms, facets, elements, direction, letters);
   std::vector<std::pair<std::string, TermIndex>> keys;
   for (const TermIndex term : terms.Terms.all())
     if (terms.Terms[term].Estimable()) keys.emplace_back(maker.Key(term), term);
-  std::sort(keys.begin(), keys.end());
+  PolledSort(keys, std::less<>(), [&] { control.Poll(); });
   std::vector<TermIndex> order;
   order.reserve(keys.size());
   for (const auto& [key, term] : keys) order.push_back(term);

@@ -9,6 +9,7 @@
 #include "interaction/bias_terms.h"
 #include "state/elements.h"
 #include "state/facets.h"
+#include "state/run_control.h"
 #include "state/settings.h"
 
 namespace tessaly {
@@ -34,6 +35,6 @@ class LabelRanks {
 /// and t, terms of a score of 0 stand where the lowest value would and those of a perfect score where the highest
 /// would, whatever their estimates.
 std::vector<TermIndex> SortTerms(const BiasTerms& terms, const FacetTable& facets, const ElementTable& elements,
-                                 BiasDirection direction, std::string_view letters);
+                                 BiasDirection direction, std::string_view letters, RunControl& control);
 
 }  // namespace tessaly

@@ -12,6 +12,7 @@ namespace tessaly {
 namespace {
 
 constexpr std::string_view kLengthFailure = "Failure (4)! Sort length error: B.";
+constexpr std::int32_t kElementsBetweenPolls = 10000;
 /// Hexadecimal digits of the element index that ends each key.
 constexpr std::size_t kIndexDigits = 8;
 
@@ -106,16 +107,18 @@ class ElementKeys {
 }  // namespace
 
 std::vector<ElementIndex> SortElements(const Facet& facet, const ElementTable& elements, std::string_view letters,
-                                       bool omitUnobserved, std::int32_t group) {
+                                       bool omitUnobserved, RunControl& control, std::int32_t group) {
   const ElementKeys maker(facet, elements, letters);
   std::vector<std::string> keys;
+  const auto poll = [&] { control.Poll(); };
   for (const ElementIndex element : facet.Elements()) {
+    if (element.value % kElementsBetweenPolls == 0) poll();
     if (elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
     if (group > 0 && std::abs(elements.ElementGroup[element]) != group) continue;
     if (omitUnobserved && elements.ElementStats[element].AllCount == 0) continue;
     keys.push_back(maker.Key(element));
   }
-  SortStrings(keys, kLengthFailure);
+  SortStrings(keys, kLengthFailure, poll);
   std::vector<ElementIndex> order;
   order.reserve(keys.size());
   for (const std::string& key : keys)

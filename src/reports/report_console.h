@@ -10,12 +10,14 @@
 
 namespace tessaly {
 
-/// Forwards to the shell's console, polls the user with every status line, adds warnings to the report, or keeps them
-/// for Table 1 as long as that has not been written.
+/// Forwards to the shell's console, polls the user with every status line and some lines of the report, adds warnings
+/// to the report, or keeps them for Table 1 as long as that has not been written.
 class ReportConsole : public Console {
  public:
   ReportConsole(Console& screen, RunControl& control, ReportWriter& report)
-      : screen_(screen), control_(control), report_(report) {}
+      : screen_(screen), control_(control), report_(report) {
+    report.PollWith(control);
+  }
 
   void ShowMessage(std::string_view text) override;
   void ShowWarning(std::string_view text) override;

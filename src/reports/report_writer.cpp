@@ -10,6 +10,7 @@ namespace tessaly {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::uint32_t kLinesBetweenPolls = 1000;
 
 ReportForm FormOf(const std::string& path, char asciiOption) {
   const std::string extension = ExtensionOf(path);
@@ -72,6 +73,7 @@ std::string ReportWriter::Rendered(std::string_view line) {
 
 void ReportWriter::WriteTableLine(std::string_view line) {
   if (!reportOn_) return;
+  if (control_ != nullptr && ++lines_ % kLinesBetweenPolls == 0) control_->Poll();
   if (screen_ != nullptr) screen_->ShowMessage(Rendered(line));
   if (!file_) return;
   file_->Write(Rendered(line));

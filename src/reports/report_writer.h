@@ -1,11 +1,13 @@
 // The path of every line into the report file.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "reports/box_line.h"
+#include "state/run_control.h"
 #include "state/settings.h"
 #include "support/host.h"
 #include "support/output_file.h"
@@ -27,6 +29,8 @@ class ReportWriter {
   void OpenReportFile(const std::string& path);
   /// Sends the lines to `screen` as text, in place of a file.
   void OpenScreen(Console& screen);
+  /// Polls the user every so many lines: tables may have a million rows.
+  void PollWith(RunControl& control) { control_ = &control; }
   bool IsOpen() const { return file_.has_value(); }
   ReportForm Form() const { return form_; }
   /// Throws `Halt` with the system's error if the report could not be written in full.
@@ -47,6 +51,8 @@ class ReportWriter {
   const Settings& settings_;
   std::optional<OutputFile> file_;
   Console* screen_ = nullptr;
+  RunControl* control_ = nullptr;
+  std::uint32_t lines_ = 0;
   ReportForm form_ = ReportForm::Text;
   bool reportOn_ = true;
   bool webpageStarted_ = false;

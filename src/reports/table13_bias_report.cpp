@@ -24,7 +24,7 @@ void WriteFooter(const BiasSummaries& summaries, TableFrame& frame, ReportWriter
 }  // namespace
 
 std::int32_t BiasReport(std::int32_t run, const std::string& arrange, const BiasTerms& terms, const Analysis& analysis,
-                        ReportWriter& report, Console& console) {
+                        ReportWriter& report, RunControl& control, Console& console) {
   if (std::none_of(terms.Terms.begin(), terms.Terms.end(), [](const BiasTerm& term) { return term.Estimable(); }))
     return 0;
   const BiasRows rows(terms, analysis);
@@ -36,8 +36,8 @@ std::int32_t BiasReport(std::int32_t run, const std::string& arrange, const Bias
     WriteBiasHeading(terms, analysis.Settings.BiasDirection, report);
     frame.BeginColumns(rows.Layout().HeadLines, rows.Layout().RuleTemplate);
     BiasSummaries summaries;
-    for (const TermIndex term :
-         SortTerms(terms, analysis.Facets, analysis.Elements, analysis.Settings.BiasDirection, arrangement.Letters)) {
+    for (const TermIndex term : SortTerms(terms, analysis.Facets, analysis.Elements, analysis.Settings.BiasDirection,
+                                          arrangement.Letters, control)) {
       summaries.Add(terms.Terms[term], rows.Direction());
       if (!rows.Shown(term)) continue;
       frame.RepeatColumns();

@@ -7,6 +7,7 @@
 #include "interaction/bias_terms.h"
 #include "reports/report_writer.h"
 #include "state/analysis.h"
+#include "state/run_control.h"
 #include "support/host.h"
 
 namespace tessaly {
@@ -15,6 +16,6 @@ namespace tessaly {
 /// decides which terms have a row; all estimable terms enter the summaries. `run` is the number of the
 /// model statement that asks for it, from 1.
 std::int32_t BiasReport(std::int32_t run, const std::string& arrange, const BiasTerms& terms, const Analysis& analysis,
-                        ReportWriter& report, Console& console);
+                        ReportWriter& report, RunControl& control, Console& console);
 
 }  // namespace tessaly

@@ -98,16 +98,17 @@ bool WantsUnexpectedTables(const Settings& settings) {
   return settings.T4Max > 0 && !ParseUsort(settings.USort).empty();
 }
 
-void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, Console& console) {
+void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, RunControl& control,
+                      Console& console) {
   if (analysis.Settings.T4Max == 0) {
     console.ShowMessage("Table 4 not output. T4maximum = 0");
     return;
   }
-  std::vector<UnexpectedResponse> responses = list.Sorted();
+  std::vector<UnexpectedResponse> responses = list.Sorted(control);
   UnexpectedTable table(analysis, report, console);
   std::int32_t subTable = 0;
   for (const UnexpectedOrder& order : ParseUsort(analysis.Settings.USort)) {
-    SortUnexpected(order, analysis.Fields, responses);
+    SortUnexpected(order, analysis.Fields, control, responses);
     const std::string wording = order.Wording.empty() ? "order in data" : order.Wording;
     table.Write("Table 4." + BareText(++subTable) + " Unexpected Responses (" +
                     BareText(static_cast<std::int64_t>(responses.size())) + " residuals sorted by " + wording + ")",

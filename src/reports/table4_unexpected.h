@@ -4,6 +4,7 @@
 #include "estimate/unexpected_list.h"
 #include "reports/report_writer.h"
 #include "state/analysis.h"
+#include "state/run_control.h"
 #include "support/host.h"
 
 namespace tessaly {
@@ -12,6 +13,7 @@ namespace tessaly {
 bool WantsUnexpectedTables(const Settings& settings);
 
 /// Writes a table for each order of `Usort=`.
-void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, Console& console);
+void UnexpectedTables(const UnexpectedList& list, const Analysis& analysis, ReportWriter& report, RunControl& control,
+                      Console& console);
 
 }  // namespace tessaly

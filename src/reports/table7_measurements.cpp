@@ -27,12 +27,13 @@ constexpr std::size_t kGroupLineMargin = 2;
 /// Writes the tables of one facet.
 class FacetTables {
  public:
-  FacetTables(FacetNumber number, const Analysis& analysis, ReportWriter& report, Console& console)
+  FacetTables(FacetNumber number, const Analysis& analysis, ReportWriter& report, RunControl& control, Console& console)
       : number_(number),
         analysis_(analysis),
         facet_(analysis.Facets[number]),
         settings_(analysis.Settings),
         report_(report),
+        control_(control),
         console_(console),
         rows_(number, analysis),
         layout_(BuildMeasurementLayout(rows_.Columns(), FacetHead(facet_, settings_.Encoding), settings_.Encoding)) {
@@ -122,7 +123,7 @@ class FacetTables {
     frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
     if (groupsDiffer_ && group > 0) report_.WriteTableLine(GroupLine(group));
     const std::vector<ElementIndex> order =
-        SortElements(facet_, analysis_.Elements, arrangement.Letters, settings_.OmitUnobserved, group);
+        SortElements(facet_, analysis_.Elements, arrangement.Letters, settings_.OmitUnobserved, control_, group);
     RowSummaries summaries;
     for (const ElementIndex element : order) {
       frame.RepeatColumns();
@@ -167,7 +168,8 @@ class FacetTables {
     frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
     for (const std::int32_t group : groups) {
       RowSummaries summaries;
-      for (const ElementIndex element : SortElements(facet_, analysis_.Elements, "N", settings_.OmitUnobserved, group))
+      for (const ElementIndex element :
+           SortElements(facet_, analysis_.Elements, "N", settings_.OmitUnobserved, control_, group))
         rows_.Summarize(element, summaries);
       if (group != groups.front()) frame.WriteRule(RuleKind::Middle);
       for (const std::string& line : SummaryLines(summaries, group)) frame.WriteRow(line);
@@ -180,6 +182,7 @@ class FacetTables {
   const Facet& facet_;
   const Settings& settings_;
   ReportWriter& report_;
+  RunControl& control_;
   Console& console_;
   MeasurementRows rows_;
   MeasurementLayout layout_;
@@ -190,10 +193,12 @@ class FacetTables {
 
 }  // namespace
 
-void MeasurementReport(const std::string& arrange, const Analysis& analysis, ReportWriter& report, Console& console) {
+void MeasurementReport(const std::string& arrange, const Analysis& analysis, ReportWriter& report, RunControl& control,
+                       Console& console) {
   const std::vector<Arrangement> arrangements = Arrangements(arrange);
   for (const FacetNumber facet : analysis.Facets.all()) {
-    if (analysis.Facets[facet].FacetLabelWidth > 0) FacetTables(facet, analysis, report, console).Write(arrangements);
+    if (analysis.Facets[facet].FacetLabelWidth > 0)
+      FacetTables(facet, analysis, report, control, console).Write(arrangements);
   }
 }
 

@@ -1,17 +1,19 @@
 #include "reports/unexpected_order.h"
 
-#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <utility>
 
 #include "support/bytes.h"
 #include "support/number_text.h"
+#include "support/polled_sort.h"
 
 namespace tessaly {
 
 namespace {
 
 constexpr int kPrintedWidth = 5;
+constexpr std::size_t kKeysBetweenPolls = 10000;
 constexpr std::int32_t kHighestColumn = 255;
 
 /// The value of a number as its column shows it.
@@ -126,12 +128,17 @@ std::vector<UnexpectedOrder> ParseUsort(std::string_view usort) {
   return orders;
 }
 
-void SortUnexpected(const UnexpectedOrder& order, const FieldMap& fields, std::vector<UnexpectedResponse>& responses) {
+void SortUnexpected(const UnexpectedOrder& order, const FieldMap& fields, RunControl& control,
+                    std::vector<UnexpectedResponse>& responses) {
   const SortFigures figures(order, fields);
   std::vector<std::pair<std::vector<double>, std::size_t>> keys;
   keys.reserve(responses.size());
-  for (const UnexpectedResponse& response : responses) keys.emplace_back(figures.Of(response), keys.size());
-  std::sort(keys.begin(), keys.end());
+  const auto poll = [&] { control.Poll(); };
+  for (const UnexpectedResponse& response : responses) {
+    if (keys.size() % kKeysBetweenPolls == 0) poll();
+    keys.emplace_back(figures.Of(response), keys.size());
+  }
+  PolledSort(keys, std::less<>(), poll);
   std::vector<UnexpectedResponse> sorted;
   sorted.reserve(responses.size());
   for (const auto& [key, at] : keys) sorted.push_back(std::move(responses[at]));

@@ -7,6 +7,7 @@
 
 #include "estimate/unexpected_list.h"
 #include "state/facets.h"
+#include "state/run_control.h"
 
 namespace tessaly {
 
@@ -23,7 +24,8 @@ std::vector<UnexpectedOrder> ParseUsort(std::string_view usort);
 /// Sorts by the keys of `order`, then by all data columns: by the figures as they are printed, so that what looks equal
 /// is equal. Keys are a data column (from 1), or by their first letter Z S F T standardized residual, U its size, R Y
 /// residual, E P expected score, X V score, C O D category; capitals ascending, small letters descending. Other keys
-/// are ignored.
-void SortUnexpected(const UnexpectedOrder& order, const FieldMap& fields, std::vector<UnexpectedResponse>& responses);
+/// are ignored. Throws `Stopped`; the responses are in pieces then.
+void SortUnexpected(const UnexpectedOrder& order, const FieldMap& fields, RunControl& control,
+                    std::vector<UnexpectedResponse>& responses);
 
 }  // namespace tessaly

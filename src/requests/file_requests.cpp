@@ -52,11 +52,14 @@ ResidualRows RowsOf(const RequestOptions& options) {
   return used && unused ? ResidualRows::All : used ? ResidualRows::Used : ResidualRows::Unused;
 }
 
-/// "scores.txt" becomes "scores.2.txt".
-std::string FileOfFacet(std::string name, FacetNumber facet) {
+/// "scores.txt" becomes "scores.2.txt". Empty for the screen.
+std::string FileOfFacet(FacetNumber facet, const RequestOutput& output) {
   constexpr std::string_view kEnding = ".txt";
+  const std::string ending = "." + BareText(facet.value) + std::string(kEnding);
+  std::string name = output.Name("Score files", ending);
+  if (output.ToScreen() || output.Temporary()) return name;
   if (LowerAscii(name).ends_with(kEnding)) name.resize(name.size() - kEnding.size());
-  return name + "." + BareText(facet.value) + std::string(kEnding);
+  return name + ending;
 }
 
 std::vector<FacetNumber> ZandrelFacets(std::string_view option, std::string_view list, const RequestOptions& options) {
@@ -120,11 +123,10 @@ void RequestScoreFile(SessionState& session, const RequestOptions& options) {
   ReadSeparators(options, settings);
   settings.OmitUnobserved = !options.YesNo("unobserved", !settings.OmitUnobserved);
   ReadScoreFields(options, session);
-  const std::string name = output.Name("Score files", ".txt");
   std::vector<std::string> names;
   for (const FacetNumber facet : facets) {
-    names.push_back(output.ToScreen() ? std::string() : FileOfFacet(name, facet));
-    if (!output.ToScreen()) output.RefuseTaken(names.back());
+    names.push_back(FileOfFacet(facet, output));
+    output.RefuseTaken(names.back());
   }
   for (std::size_t at = 0; at < facets.size(); ++at) {
     output.LinesOf(

@@ -88,9 +88,7 @@ void RequestOutput::RefuseTaken(const std::string& name) const {
 
 std::string RequestOutput::Name(std::string_view prefix, std::string_view extension) const {
   if (kind_ != Kind::Temporary) return file_;
-  std::string name = MakeTemporaryName(TemporaryFolderOr(session_.A.Settings.WorkFolder), prefix, extension);
-  session_.TemporaryFiles.push_back(name);
-  return name;
+  return session_.TemporaryFiles.Add(TemporaryFolderOr(session_.A.Settings.WorkFolder), prefix, extension);
 }
 
 OutputDestination RequestOutput::Labels() const {
@@ -128,7 +126,7 @@ void RequestOutput::LinesOf(const std::string& name, std::string_view label, con
   RunControl control(session_.Host.user);
   control.Phase = Phase::Reports;
   Attempt(name, [&] {
-    TextOutput file(name);
+    TextOutput file(name, &control);
     write(file, control, session_.Host.console);
     file.Close();
   });

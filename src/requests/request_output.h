@@ -36,8 +36,9 @@ class RequestOutput {
              std::string_view extension = ".txt") const;
 
   bool ToScreen() const { return kind_ == Kind::Screen; }
-  /// The file's name, empty for the screen; a temporary one is made by the first call. Several files of one request are
-  /// named after it.
+  bool Temporary() const { return kind_ == Kind::Temporary; }
+  /// The file's name, empty for the screen. Each call makes a new temporary file, and each of several files of one
+  /// request has to be made so: a name that was not taken a moment ago may by now be a link to somebody's file.
   std::string Name(std::string_view prefix, std::string_view extension) const;
   /// Lines of one file named `name`.
   void LinesOf(const std::string& name, std::string_view label, const WriteLines& write) const;

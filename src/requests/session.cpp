@@ -1,7 +1,6 @@
 #include "requests/session.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <new>
 #include <optional>
 #include <system_error>
@@ -78,28 +77,11 @@ void ShowLines(const std::vector<std::string>& lines, Console& console) {
   for (const std::string& line : lines) console.ShowMessage(line);
 }
 
-void RemoveWithRelatives(const std::string& name) {
-  // Files of single facets have the name of the temporary one before their own endings.
-  const std::filesystem::path path(name);
-  const std::string stem = path.stem().string() + ".";
-  std::error_code error;
-  std::vector<std::filesystem::path> doomed;
-  for (std::filesystem::directory_iterator entry(path.parent_path(), error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (entry->path().filename().string().starts_with(stem)) doomed.push_back(entry->path());
-  }
-  for (const std::filesystem::path& file : doomed) std::filesystem::remove(file, error);
-}
-
 }  // namespace
 
 Session::Session(Analysis& analysis, FinishedRun& run, Host& host, SettingsEnvironment environment)
     : state_{analysis, run, host, std::move(environment), StandardErrors(analysis.Elements, analysis.Settings.RealSE),
              {},       {},  {}} {}
-
-Session::~Session() {
-  for (const std::string& name : state_.TemporaryFiles) RemoveWithRelatives(name);
-}
 
 bool Session::Carry(std::string_view line) {
   Console& console = state_.Host.console;

@@ -19,7 +19,6 @@ class Session {
  public:
   /// All that is handed over must outlive the session.
   Session(Analysis& analysis, FinishedRun& run, Host& host, SettingsEnvironment environment);
-  ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 

@@ -11,6 +11,7 @@
 #include "spec/settings_location.h"
 #include "state/analysis.h"
 #include "support/host.h"
+#include "support/work_file.h"
 
 namespace tessaly {
 
@@ -27,8 +28,7 @@ struct SessionState {
   SettingsEnvironment Environment;
   StandardErrors Errors;
   std::vector<SessionFile> Files;
-  /// Gone when the session ends.
-  std::vector<std::string> TemporaryFiles;
+  tessaly::TemporaryFiles TemporaryFiles;
   /// Collected when a request first needs it.
   std::optional<EmpiricalData> Empirical;
 };

@@ -92,10 +92,10 @@ void RequestTable4(SessionState& session, const RequestOptions& options) {
                 [&](ReportWriter& report, RunControl& control, Console& console) {
                   const UnexpectedList& own = session.Run.Unexpected;
                   if (own.Least() == settings.UnexpectedMin && own.Most() == settings.T4Max)
-                    return UnexpectedTables(own, session.A, report, console);
+                    return UnexpectedTables(own, session.A, report, control, console);
                   UnexpectedTables(CollectUnexpected(settings.UnexpectedMin, settings.T4Max, session.A,
                                                      session.Run.Store, session.Run.Kernel, control, console),
-                                   session.A, report, console);
+                                   session.A, report, control, console);
                 });
 }
 
@@ -127,8 +127,8 @@ void RequestTable7(SessionState& session, const RequestOptions& options) {
   ReadUnobserved(options, session.A.Settings);
   const std::string arrange = Table7Arrangement(options, session);
   RequestOutput(options, session)
-      .Tables("T7", "Table 7 (" + arrange + ")", [&](ReportWriter& report, RunControl&, Console& console) {
-        MeasurementReport(arrange, session.A, report, console);
+      .Tables("T7", "Table 7 (" + arrange + ")", [&](ReportWriter& report, RunControl& control, Console& console) {
+        MeasurementReport(arrange, session.A, report, control, console);
       });
 }
 

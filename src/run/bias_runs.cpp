@@ -52,7 +52,7 @@ class BiasRun {
     if (request_.BiasTable12On && Select(12)) BiasBarcharts(number_, terms_, analysis.Settings, report, console);
     std::int32_t tables13 = 0;
     if (request_.BiasTable13On && Select(13))
-      tables13 = BiasReport(number_, arrange, terms_, analysis, report, console);
+      tables13 = BiasReport(number_, arrange, terms_, analysis, report, control, console);
     if (request_.BiasTable14On && Select(14))
       BiasPairwise(number_, tables13, arrange, terms_, analysis, report, control, console);
     if (request_.PlotFile != nullptr)

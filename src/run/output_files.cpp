@@ -65,10 +65,10 @@ void OutputFiles::Try(std::string& name, std::string_view message, std::string_v
 }
 
 template <class Write>
-void OutputFiles::Attempt(const std::string& name, std::string_view what, Write write) {
+void OutputFiles::Attempt(const std::string& name, std::string_view what, RunControl& control, Write write) {
   if (name.empty()) return;
   try {
-    TextOutput file(name);
+    TextOutput file(name, &control);
     write(file);
     file.Close();
   } catch (const Halt& halt) {
@@ -83,11 +83,11 @@ void OutputFiles::TellFailure(std::string_view doing, std::string_view what, con
   console_.ShowWarning(FailureLine(halt, analysis_.Limits(), 0));
 }
 
-void OutputFiles::WriteAnchors(const std::vector<std::string>& extraSpecs) {
+void OutputFiles::WriteAnchors(const std::vector<std::string>& extraSpecs, RunControl& control) {
   const std::string& name = analysis_.Settings.AnchorFileName;
   if (name.empty()) return;
   try {
-    TextOutput file(name);
+    TextOutput file(name, &control);
     AnchorRequest request;
     request.ExtraSpecs = extraSpecs;
     WriteAnchorFile(request, analysis_, console_, file);
@@ -102,16 +102,17 @@ void OutputFiles::WriteResults(std::uint64_t seed, ObservationStore& store, Resp
                                RunControl& control) {
   const Settings& s = analysis_.Settings;
   const std::string scores = ScoreFilePath(s);
-  if (!scores.empty() && !WriteAllScoreFiles(scores, analysis_, console_)) anyFailed_ = true;
+  if (!scores.empty() && !WriteAllScoreFiles(scores, analysis_, control, console_)) anyFailed_ = true;
   if (!s.GraphFileName.empty()) console_.ShowMessage("Writing graph output file ...");
-  Attempt(s.GraphFileName, "graph", [&](TextOutput& file) { WriteGraphFile(kGraphDecimals, analysis_, kernel, file); });
+  Attempt(s.GraphFileName, "graph", control,
+          [&](TextOutput& file) { WriteGraphFile(kGraphDecimals, analysis_, kernel, file); });
   control.FastForward = false;
-  Attempt(s.ResidualFileName, "residual", [&](TextOutput& file) {
+  Attempt(s.ResidualFileName, "residual", control, [&](TextOutput& file) {
     WriteResidualFile(ResidualRows::Used, OutputDestination::Plain, analysis_, store, kernel, control, console_, file);
   });
   control.FastForward = false;
   if (!s.SimulatedFileName.empty()) console_.ShowMessage("Writing simulated data file ...");
-  Attempt(s.SimulatedFileName, "simulated data",
+  Attempt(s.SimulatedFileName, "simulated data", control,
           [&](TextOutput& file) { WriteSimulatedData(true, seed, analysis_, store, kernel, control, console_, file); });
   control.FastForward = false;
 }

@@ -25,7 +25,7 @@ class OutputFiles {
   void Prepare(const std::vector<std::string>& inputs);
 
   /// The anchor file, with the extra specifications of the command line. Throws `Halt` if it cannot be written.
-  void WriteAnchors(const std::vector<std::string>& extraSpecs);
+  void WriteAnchors(const std::vector<std::string>& extraSpecs, RunControl& control);
   /// Scores, graphs, residuals and simulated data, as far as they are asked for. `seed` starts the random numbers.
   void WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel, RunControl& control);
 
@@ -39,7 +39,7 @@ class OutputFiles {
   void Try(std::string& name, std::string_view message, std::string_view what);
   /// Hands the file `name`, if there is a name, to `write`.
   template <class Write>
-  void Attempt(const std::string& name, std::string_view what, Write write);
+  void Attempt(const std::string& name, std::string_view what, RunControl& control, Write write);
   void TellFailure(std::string_view doing, std::string_view what, const std::string& name, const Halt& halt);
 
   Analysis& analysis_;

@@ -1,7 +1,9 @@
 #include "run/run_analysis.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -88,6 +90,9 @@ class AnalysisRun {
       WriteTables();
     } catch (const Halt& halt) {
       ReportFailure(halt);
+      return Halted();
+    } catch (const std::bad_alloc&) {
+      ReportFailure(SystemFailure(ENOMEM));
       return Halted();
     } catch (const FatalError& error) {
       FatalFailure(error.Text);
@@ -258,7 +263,7 @@ class AnalysisRun {
     }
     dataFit_ = fit.Data();
     WriteDataFit();
-    outputs_.WriteAnchors(commandLine_.ExtraSpecs);
+    outputs_.WriteAnchors(commandLine_.ExtraSpecs, control_);
     console_.ShowMessage("Computing fit summary statistics..");
     fit.Finish();
     unexpected_.emplace(std::move(fit).Unexpected());
@@ -290,11 +295,11 @@ class AnalysisRun {
     if (report_.Wants(6)) WriteTable6();
     report_.SelectTable(7);
     if (report_.Wants(7) && !analysis_.Settings.ArrangeSpec.empty())
-      MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, console_);
+      MeasurementReport(analysis_.Settings.ArrangeSpec, analysis_, report_, control_, console_);
     report_.SelectTable(8);
     if (report_.Wants(8)) CategoryReport(analysis_.Settings.T8NBC, analysis_, *kernel_, report_, console_);
     report_.SelectTable(4);
-    if (report_.Wants(4)) UnexpectedTables(*unexpected_, analysis_, report_, console_);
+    if (report_.Wants(4)) UnexpectedTables(*unexpected_, analysis_, report_, control_, console_);
     BiasRuns({analysis_, *store_, *kernel_, dataFit_, report_, control_, console_});
   }
 

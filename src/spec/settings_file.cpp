@@ -172,8 +172,7 @@ std::optional<std::vector<std::string>> LinesOf(const std::string& path, bool na
     if (auto lines = ReadSmallFile(path)) return lines;
     if (!namedByUser) return {};
   } catch (const Halt& halt) {
-    const std::string detail = FailureDetail(halt);
-    reason = detail.empty() ? FailureText(halt, {}) : detail;
+    reason = halt.Code == FailureCode::InvalidFileFormat ? FailureDetail(halt) : FailureText(halt, {});
   }
   console.ShowWarning("Settings file " + path + " is not used: " + reason);
   return {};

@@ -142,11 +142,13 @@ std::string QuotedText(Quoted quote, const Halt& halt, const FailureLimits& limi
 
 }  // namespace
 
-Halt SystemFailure(int errorNumber) {
+Halt SystemFailure(int errorNumber, const std::string& path) {
   const std::int32_t code = -errorNumber;
-  return {code == static_cast<std::int32_t>(FailureCode::Cancelled) ? FailureCode(code - kMovedSystemErrors)
-                                                                    : FailureCode(code),
-          {}};
+  Halt halt{code == static_cast<std::int32_t>(FailureCode::Cancelled) ? FailureCode(code - kMovedSystemErrors)
+                                                                      : FailureCode(code),
+            {}};
+  if (!path.empty()) halt.Argument = path + ": " + std::generic_category().message(errorNumber);
+  return halt;
 }
 
 std::string FailureDetail(const Halt& halt) {

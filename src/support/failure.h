@@ -91,8 +91,8 @@ struct Halt final {
   std::string Argument;
 };
 
-/// The failure of a system call with this `errno`.
-Halt SystemFailure(int errorNumber);
+/// The failure of a system call with this `errno`. With `path` the argument is "path: system's error".
+Halt SystemFailure(int errorNumber, const std::string& path = {});
 
 /// Why an analysis was left at once, with nothing more to be written.
 enum class StopReason { User, InternalFailure };

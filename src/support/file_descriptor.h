@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace tessaly {
@@ -20,6 +21,13 @@ class FileDescriptor {
   }
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+  /// Gives 0, or the system's error: the last that it says about what was written.
+  int Close() {
+    const int failed = close(std::exchange(descriptor_, -1)) == 0 ? 0 : errno;
+    // Interrupted or not, the descriptor is gone and the bytes are with the system.
+    return failed == EINTR ? 0 : failed;
+  }
 
   int Get() const { return descriptor_; }
   bool Valid() const { return descriptor_ >= 0; }

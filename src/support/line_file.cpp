@@ -58,7 +58,7 @@ void LineFile::Refill() {
   do {
     count = read(file_.Get(), buffer_.data() + end_, buffer_.size() - end_);
   } while (count < 0 && errno == EINTR);
-  if (count < 0) throw SystemFailure(errno);
+  if (count < 0) throw SystemFailure(errno, path_);
   end_ += static_cast<std::size_t>(count);
   sourceEnded_ = count == 0;
 }

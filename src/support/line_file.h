@@ -24,7 +24,8 @@ class LineFile {
   explicit LineFile(std::string path);
 
   /// The next line without its line end, or nothing at the end. The view holds until the next `Next`.
-  /// Throws `Halt` on a read error, and `Halt{InvalidFileFormat}` for a line above `kLongestLine`.
+  /// Throws `Halt` on a read error, with "path: system's error" as argument, and `Halt{InvalidFileFormat}` for a line
+  /// above `kLongestLine`.
   std::optional<std::string_view> Next();
   /// Whether every line has been handed out.
   bool AtEnd();

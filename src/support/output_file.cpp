@@ -1,45 +1,65 @@
 #include "support/output_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
+#include <climits>
+#include <cstdlib>
 #include <utility>
 
 #include "support/failure.h"
 
 namespace tessaly {
 
+namespace {
+
+/// As `umask` restricts it.
+constexpr mode_t kNewFileMode = 0666;
+
+FileDescriptor OpenToWrite(const std::string& path, int flags) {
+  for (;;) {
+    FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, kNewFileMode));
+    if (file.Valid()) return file;
+    if (errno != EINTR) throw SystemFailure(errno);
+  }
+}
+
+}  // namespace
+
+int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)()) {
+  while (!bytes.empty()) {
+    if (givesUp != nullptr && givesUp()) return EINTR;
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return count < 0 ? errno : ENOSPC;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return 0;
+}
+
 void CheckWritable(const std::string& path) {
-  std::error_code error;
-  const bool existed = std::filesystem::exists(path, error);
-  std::FILE* const file = std::fopen(path.c_str(), "abe");
-  if (file == nullptr) throw SystemFailure(errno);
-  std::fclose(file);
-  if (!existed) std::filesystem::remove(path, error);
+  struct stat status = {};
+  const bool existed = stat(path.c_str(), &status) == 0;
+  OpenToWrite(path, O_APPEND);
+  // A link that leads nowhere is the user's, and only what it leads to is new.
+  char target[PATH_MAX];
+  if (!existed && realpath(path.c_str(), target) != nullptr) unlink(target);
 }
 
-OutputFile::OutputFile(std::string path) : path_(std::move(path)), file_(std::fopen(path_.c_str(), "wbe")) {
-  if (file_ == nullptr) throw SystemFailure(errno);
-}
+OutputFile::OutputFile(std::string path) : path_(std::move(path)), file_(OpenToWrite(path_, O_TRUNC)) {}
 
-OutputFile::~OutputFile() {
-  if (file_ != nullptr) std::fclose(file_);
-}
-
-OutputFile::OutputFile(OutputFile&& other) noexcept
-    : path_(std::move(other.path_)), file_(std::exchange(other.file_, nullptr)), error_(other.error_) {}
-
-void OutputFile::Write(std::string_view bytes) {
-  if (bytes.empty() || error_ != 0) return;
-  if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) error_ = errno;
+void OutputFile::WriteBlock() {
+  if (file_.Valid() && error_ == 0) error_ = WriteAll(file_.Get(), block_);
+  block_.clear();
 }
 
 void OutputFile::Close() {
-  if (file_ == nullptr) return;
-  const bool flushed = std::fflush(file_) == 0;
-  if (!flushed && error_ == 0) error_ = errno;
-  const bool closed = std::fclose(std::exchange(file_, nullptr)) == 0;
-  if (!closed && error_ == 0) error_ = errno;
+  if (!file_.Valid()) return;
+  WriteBlock();
+  const int closed = file_.Close();
+  if (error_ == 0) error_ = closed;
   if (error_ != 0) throw SystemFailure(error_);
 }
 

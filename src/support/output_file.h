@@ -1,11 +1,17 @@
 // A file that the program writes from start to end.
 #pragma once
 
-#include <cstdio>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "support/file_descriptor.h"
+
 namespace tessaly {
+
+/// Writes all of `bytes` to an open file, however small the steps that the system takes. Gives 0, or the system's
+/// error. While `givesUp`, if there is one, says yes, no step is begun: the error is EINTR then.
+int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)() = nullptr);
 
 /// Throws `Halt` with the system's error unless `path` can be written. Leaves the file as it is, or absent.
 void CheckWritable(const std::string& path);
@@ -15,21 +21,31 @@ class OutputFile {
  public:
   /// Creates or empties `path`. Throws `Halt` with the system's error.
   explicit OutputFile(std::string path);
-  ~OutputFile();
-  OutputFile(OutputFile&& other) noexcept;
+  /// What was written remains, though nobody can tell whether it reached the disk.
+  ~OutputFile() { WriteBlock(); }
+  OutputFile(OutputFile&& other) noexcept = default;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
   OutputFile& operator=(OutputFile&&) = delete;
 
   /// Appends bytes. A failure shows at `Close`.
-  void Write(std::string_view bytes);
+  void Write(std::string_view bytes) {
+    block_.append(bytes);
+    if (block_.size() >= kBlock) WriteBlock();
+  }
   /// Throws `Halt` with the system's error if anything could not be written.
   void Close();
   const std::string& Path() const { return path_; }
 
  private:
+  static constexpr std::size_t kBlock = 65536;
+
+  void WriteBlock();
+
   std::string path_;
-  std::FILE* file_ = nullptr;
+  FileDescriptor file_;
+  /// What is not yet written.
+  std::string block_;
   int error_ = 0;
 };
 

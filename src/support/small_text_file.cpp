@@ -57,13 +57,13 @@ void MakeFolder(const std::filesystem::path& folder) {
     made /= part;
     struct stat status = {};
     if (stat(made.c_str(), &status) == 0) continue;
-    if (mkdir(made.c_str(), kNewFolderMode) != 0 && errno != EEXIST) throw SystemFailure(errno);
+    if (mkdir(made.c_str(), kNewFolderMode) != 0 && errno != EEXIST) throw SystemFailure(errno, made);
   }
 }
 
 FileDescriptor OpenFolder(const std::filesystem::path& folder) {
   FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!descriptor.Valid()) throw SystemFailure(errno);
+  if (!descriptor.Valid()) throw SystemFailure(errno, folder);
   return descriptor;
 }
 
@@ -88,14 +88,34 @@ std::optional<mode_t> ReplaceableMode(const std::string& path) {
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0) {
     if (errno == ENOENT) return {};
-    throw SystemFailure(errno);
+    throw SystemFailure(errno, path);
   }
-  if (S_ISDIR(status.st_mode)) throw SystemFailure(EISDIR);
-  if (!S_ISREG(status.st_mode)) throw SystemFailure(ENOTSUP);
+  if (S_ISDIR(status.st_mode)) throw SystemFailure(EISDIR, path);
+  if (!S_ISREG(status.st_mode)) throw SystemFailure(ENOTSUP, path);
   // A new file could take its place all the same, but whoever forbade writing meant the contents.
-  if (access(path.c_str(), W_OK) != 0) throw SystemFailure(errno);
+  if (access(path.c_str(), W_OK) != 0) throw SystemFailure(errno, path);
   return status.st_mode & 07777;
 }
+
+LineFile OpenSmallFile(const std::string& path) {
+  try {
+    return LineFile(path);
+  } catch (const Halt& halt) {
+    throw Halt{halt.Code, path + ": " + FailureText(halt, {})};
+  }
+}
+
+/// Removes the file of that name, unless it has got another one.
+class UnfinishedFile {
+ public:
+  explicit UnfinishedFile(const std::string& name) : name_(name) {}
+  ~UnfinishedFile() { unlink(name_.c_str()); }
+  UnfinishedFile(const UnfinishedFile&) = delete;
+  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+ private:
+  const std::string& name_;
+};
 
 std::string TextOf(const std::vector<std::string>& lines) {
   std::string text;
@@ -111,7 +131,7 @@ std::string TextOf(const std::vector<std::string>& lines) {
 
 std::optional<std::vector<std::string>> ReadSmallFile(const std::string& path) {
   if (Missing(path)) return {};
-  LineFile file(path);
+  LineFile file = OpenSmallFile(path);
   CheckFileLength(static_cast<std::size_t>(file.FileLength()));
   if (const std::string_view format = file.ForeignFormat(); !format.empty())
     throw Halt{FailureCode::InvalidFileFormat, "it has " + std::string(format) + " format"};
@@ -139,18 +159,14 @@ void SmallFileUpdate::Replace(const std::vector<std::string>& lines) const {
   const std::string target = LinkTarget(path_);
   const std::optional<mode_t> mode = ReplaceableMode(target);
   std::string name = target + ".XXXXXX";
-  if (!FileDescriptor(mkostemp(name.data(), O_CLOEXEC)).Valid()) throw SystemFailure(errno);
-  try {
-    OutputFile file(name);
-    file.Write(text);
-    file.Close();
-    // Not every file system has permissions.
-    if (mode) chmod(name.c_str(), *mode);
-    if (std::rename(name.c_str(), target.c_str()) != 0) throw SystemFailure(errno);
-  } catch (const Halt&) {
-    unlink(name.c_str());
-    throw;
-  }
+  FileDescriptor file(mkostemp(name.data(), O_CLOEXEC));
+  if (!file.Valid()) throw SystemFailure(errno, target);
+  const UnfinishedFile written(name);
+  if (const int error = WriteAll(file.Get(), text); error != 0) throw SystemFailure(error, target);
+  // Not every file system has permissions.
+  if (mode) fchmod(file.Get(), *mode);
+  if (const int error = file.Close(); error != 0) throw SystemFailure(error, target);
+  if (std::rename(name.c_str(), target.c_str()) != 0) throw SystemFailure(errno, target);
 }
 
 }  // namespace tessaly

@@ -6,6 +6,7 @@
 #include "support/bytes.h"
 #include "support/failure.h"
 #include "support/number_text.h"
+#include "support/polled_sort.h"
 
 namespace tessaly {
 namespace {
@@ -86,10 +87,10 @@ std::int32_t ShellStart(std::int32_t n) {
   return std::max(static_cast<std::int32_t>(power / 2), 1);
 }
 
-void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure) {
+void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure, const std::function<void()>& poll) {
   for (const std::string& key : keys)
     if (key.size() != keys[0].size()) throw FatalError{std::string(lengthFailure)};
-  if (!std::is_sorted(keys.begin(), keys.end())) std::sort(keys.begin(), keys.end());
+  if (!std::is_sorted(keys.begin(), keys.end())) PolledSort(keys, std::less<>(), poll);
 }
 
 void AppendKey(std::string& key, std::uint32_t value) {

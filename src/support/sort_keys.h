@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,8 +43,9 @@ void ShellSort(std::vector<T>& items, Greater greater) {
   }
 }
 
-/// Sorts `keys` as text, in binary order. Keys must be of one length: otherwise throws `FatalError{lengthFailure}`.
-void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure);
+/// Sorts `keys` as text, in binary order, with a call of `poll` every so often. Keys must be of one length: otherwise
+/// throws `FatalError{lengthFailure}`.
+void SortStrings(std::vector<std::string>& keys, std::string_view lengthFailure, const std::function<void()>& poll);
 
 /// Appends four bytes that sort (as unsigned bytes) as the number does.
 void AppendKey(std::string& key, std::uint32_t value);

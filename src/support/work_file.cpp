@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 
@@ -47,7 +48,17 @@ std::string MakeTemporaryName(const std::string& folder, std::string_view prefix
   NewFile created = CreateUnique(folder, prefix, extension);
   if (created.Error != 0) created = CreateUnique(TemporaryFolder(), prefix, extension);
   if (created.Error != 0) throw SystemFailure(created.Error);
-  return created.Name;
+  return std::move(created.Name);
+}
+
+TemporaryFiles::~TemporaryFiles() {
+  for (const std::string& name : names_) unlink(name.c_str());
+}
+
+const std::string& TemporaryFiles::Add(const std::string& folder, std::string_view prefix, std::string_view extension) {
+  // Once the file is there, nothing may fail before its name is kept.
+  names_.emplace_back();
+  return names_.back() = MakeTemporaryName(folder, prefix, extension);
 }
 
 WorkFile::WorkFile(const std::string& folder) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/file_descriptor.h"
 
@@ -16,9 +17,25 @@ std::string TemporaryFolder();
 /// `folder`, or the folder for temporary files if it is empty.
 std::string TemporaryFolderOr(const std::string& folder);
 
-/// A new unique file name in `folder`, with `prefix` and `extension` (".txt"). The file exists, empty. If `folder`
-/// takes no file, the name is in `TemporaryFolder()`. Throws `Halt` with the system's error if that fails too.
+/// A new unique file name in `folder`, with `prefix` and `extension` (".txt"). The file is new, empty and
+/// readable by this user alone. If `folder` takes no file, the name is in `TemporaryFolder()`. Throws `Halt` with the
+/// system's error if that fails too.
 std::string MakeTemporaryName(const std::string& folder, std::string_view prefix, std::string_view extension);
+
+/// Files that somebody may look at until this goes; then they are gone.
+class TemporaryFiles {
+ public:
+  TemporaryFiles() = default;
+  ~TemporaryFiles();
+  TemporaryFiles(const TemporaryFiles&) = delete;
+  TemporaryFiles& operator=(const TemporaryFiles&) = delete;
+
+  /// A new one; see `MakeTemporaryName`.
+  const std::string& Add(const std::string& folder, std::string_view prefix, std::string_view extension);
+
+ private:
+  std::vector<std::string> names_;
+};
 
 /// A binary file for one run, read and written at byte positions. It has no name in the folder once it is open, so that
 /// nothing stays behind however the run ends.

@@ -18,7 +18,10 @@ LOCALE = r"\b(?:setlocale|localeconv|std::locale|imbue)\b"
 WIDE = r"\b(?:QString|wchar_t|char8_t|std::wstring)\b"
 SUMS = r"\bstd::(?:reduce|transform_reduce|execution)\b"
 
-EVERYWHERE = [re.compile(rule) for rule in (HEADERS, NUMBERS, PRINTING, CHARACTERS, LOCALE, WIDE, SUMS)]
+# No other program is started: none is ever given a file name.
+PROGRAMS = r"\b(?:popen|exec[lv]p?e?|posix_spawnp?|v?fork|wordexp)\s*\(|\bstd::system\b|[;{}=(!]\s*system\s*\("
+
+EVERYWHERE = [re.compile(rule) for rule in (HEADERS, NUMBERS, PRINTING, CHARACTERS, LOCALE, WIDE, SUMS, PROGRAMS)]
 GETENV = re.compile(r"\bgetenv\b")
 GETENV_ALLOWED = {"support/work_file.cpp"}
 OPTIONS = re.compile(r"-ffast-math|-Ofast|-funsafe-math|-fassociative-math|-march=|-mfma|-ffp-contract=(?!off)")

@@ -2,8 +2,11 @@
 
 #include <unistd.h>
 
-#include <cstdio>
+#include <cerrno>
 #include <string>
+
+#include "shell/cli/terminal_user.h"
+#include "support/output_file.h"
 
 namespace tessaly {
 
@@ -22,34 +25,40 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
-void Write(std::FILE* stream, std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stream);
-  std::fflush(stream);
+/// A pipe that nobody empties must not keep the program from being stopped.
+bool StopWaits() {
+  return TerminalUser::StopSignal() != 0;
 }
 
 }  // namespace
 
 BatchConsole::BatchConsole() : terminalOut_(isatty(STDOUT_FILENO) != 0), terminalError_(isatty(STDERR_FILENO) != 0) {}
 
+void BatchConsole::Write(std::string_view text) {
+  const int error = WriteAll(STDOUT_FILENO, text, StopWaits);
+  if (outputError_ == 0 && error != EPIPE && !terminalOut_) outputError_ = error;
+}
+
 void BatchConsole::EndProgressLine() {
-  if (progressRunning_) Write(stdout, "\n");
+  if (progressRunning_) Write("\n");
   progressRunning_ = false;
 }
 
 void BatchConsole::ShowMessage(std::string_view text) {
   EndProgressLine();
-  Write(stdout, Printable(text) + "\n");
+  Write(Printable(text) + "\n");
 }
 
 void BatchConsole::ShowWarning(std::string_view text) {
   EndProgressLine();
   const std::string line = Printable(text);
-  Write(stderr, terminalError_ ? std::string(kRedAndBold) + line + std::string(kPlain) + "\n" : line + "\n");
+  WriteAll(STDERR_FILENO, terminalError_ ? std::string(kRedAndBold) + line + std::string(kPlain) + "\n" : line + "\n",
+           StopWaits);
 }
 
 void BatchConsole::ShowProgress(std::string_view text, bool endLine) {
   if (!terminalOut_) return;
-  Write(stdout, Printable(text));
+  Write(Printable(text));
   progressRunning_ = true;
   if (endLine) EndProgressLine();
 }
@@ -59,7 +68,7 @@ void BatchConsole::ShowFatal(std::string_view text) {
 }
 
 void BatchConsole::Beep() {
-  if (terminalOut_) Write(stdout, "\a");
+  if (terminalOut_) Write("\a");
 }
 
 }  // namespace tessaly

@@ -13,6 +13,10 @@ class BatchConsole : public Console {
  public:
   BatchConsole();
 
+  /// The system's error that kept something from standard output, 0 for none. A reader who went away, or a
+  /// terminal, is none.
+  int OutputError() const { return outputError_; }
+
   void ShowMessage(std::string_view text) override;
   void ShowWarning(std::string_view text) override;
   void ShowProgress(std::string_view text, bool endLine) override;
@@ -21,10 +25,12 @@ class BatchConsole : public Console {
 
  private:
   void EndProgressLine();
+  void Write(std::string_view text);
 
   bool terminalOut_;
   bool terminalError_;
   bool progressRunning_ = false;
+  int outputError_ = 0;
 };
 
 }  // namespace tessaly

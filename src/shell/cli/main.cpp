@@ -1,9 +1,14 @@
 // tessaly SPEC [REPORT [ANCHOR [RESIDUAL [GRAPH]]]] [keyword=value ...] [--request TEXT ...]
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <filesystem>
+#include <initializer_list>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +21,7 @@
 #include "shell/cli/system_clock.h"
 #include "shell/cli/terminal_user.h"
 #include "support/failure.h"
+#include "support/output_file.h"
 
 namespace {
 
@@ -49,8 +55,22 @@ refused or failed; 2 internal failure; 129, 130, 143 stopped by a signal. SIGUSR
 iterations. TMPDIR names the folder for temporary files, TESSALY_SETTINGS a settings file in place of the user's.
 )";
 
-void Print(std::FILE* stream, std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stream);
+/// Files must not take the places of streams that nobody gave: status lines would end up in them.
+void FillStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
+}
+
+/// Needs no memory.
+void PrintError(std::initializer_list<std::string_view> pieces) {
+  for (const std::string_view piece : pieces) tessaly::WriteAll(STDERR_FILENO, piece);
+}
+
+int Print(std::string_view text) {
+  const int error = tessaly::WriteAll(STDOUT_FILENO, text);
+  if (error == 0) return kFinished;
+  PrintError({"tessaly: standard output: ", std::strerror(error), "\n"});
+  return kHalted;
 }
 
 std::string Variable(const char* name) {
@@ -130,41 +150,45 @@ int ShowHelp(const std::vector<std::string>& requests, BatchConsole& console) {
   return allWell ? kFinished : kHalted;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
-  if (!words.empty() && words.front() == "--help") {
-    Print(stdout, kUsage);
-    return kFinished;
-  }
-  if (!words.empty() && words.front() == "--version") {
-    Print(stdout, "Tessaly " TESSALY_VERSION "\n");
-    return kFinished;
-  }
+int Run(const std::vector<std::string>& words, BatchConsole& console, tessaly::TerminalUser& user) {
+  if (!words.empty() && words.front() == "--help") return Print(kUsage);
+  if (!words.empty() && words.front() == "--version") return Print("Tessaly " TESSALY_VERSION "\n");
   const tessaly::CommandWords sorted = tessaly::SortCommandWords(words);
   if (!sorted.Problem.empty()) {
-    Print(stderr, "tessaly: " + sorted.Problem + "\n");
+    PrintError({"tessaly: ", sorted.Problem, "\n"});
     return kHalted;
   }
   if (!sorted.Analysis.empty() && sorted.Analysis.front().starts_with("--")) {
-    Print(stderr, "tessaly: unknown option " + sorted.Analysis.front() + "\n" + std::string(kUsage));
+    PrintError({"tessaly: unknown option ", sorted.Analysis.front(), "\n", kUsage});
     return kHalted;
   }
+  if (sorted.Analysis.empty() && !user.Present() && !OnlyHelp(sorted)) {
+    PrintError({kUsage});
+    return kHalted;
+  }
+  const int status = OnlyHelp(sorted) ? ShowHelp(sorted.Requests, console) : Analyse(sorted, console, user);
+  if (console.OutputError() == 0) return status;
+  // The signal came behind the last poll, but what was asked for was cut.
+  if (user.StopSignal() != 0) throw tessaly::Stopped{tessaly::StopReason::User};
+  PrintError({"Standard output could not be written: ", std::strerror(console.OutputError()), "\n"});
+  return kHalted;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  FillStandardStreams();
   tessaly::TerminalUser user;
   BatchConsole console;
-  if (OnlyHelp(sorted)) return ShowHelp(sorted.Requests, console);
-  if (sorted.Analysis.empty() && !user.Present()) {
-    Print(stderr, kUsage);
-    return kHalted;
-  }
   try {
-    return Analyse(sorted, console, user);
+    return Run({argv + (argc > 0 ? 1 : 0), argv + argc}, console, user);
   } catch (const tessaly::Stopped& stopped) {
     return stopped.Reason == tessaly::StopReason::User ? kSignalled + user.StopSignal() : kInternalFailure;
+  } catch (const std::bad_alloc&) {
+    PrintError({"There is not enough memory: halted, and what was being written is not complete\n"});
+    return kHalted;
   } catch (const std::exception& error) {
-    console.ShowFatal(std::string("Tessaly Problem ...\nUnexpected error: ") + error.what() +
-                      " failed at version " TESSALY_VERSION);
+    PrintError({"Tessaly Problem ...\nUnexpected error: ", error.what(), " failed at version " TESSALY_VERSION "\n"});
     return kInternalFailure;
   }
 }

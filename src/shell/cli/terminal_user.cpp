@@ -107,7 +107,7 @@ void TerminalUser::ForgetStop() {
   HandleStops();
 }
 
-int TerminalUser::StopSignal() const {
+int TerminalUser::StopSignal() {
   return stopSignal;
 }
 

@@ -26,7 +26,7 @@ class TerminalUser : public User {
   /// just before the call: `read` would wait on.
   bool AwaitInput() const;
   /// The signal that stopped the analysis, 0 for none.
-  int StopSignal() const;
+  static int StopSignal();
   /// Takes the signal back: it was meant for a request, not for the program.
   void ForgetStop();
 

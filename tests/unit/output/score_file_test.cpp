@@ -219,13 +219,15 @@ TEST_F(ScoreFileTest, AllFacetsWithLabelsUntilOneFails) {
   const TestFolder folder;
   const auto exists = [&](const std::string& name) { return std::filesystem::exists(folder.Path() + name); };
   RecordingConsole console;
+  User user;
+  RunControl control(user);
   A.Facets.add(A.Facets[{2}]);
   A.Facets[{3}].FacetLabel = "12";
   A.Facets.add(A.Facets[{3}]);
   A.Settings.OutputFileName = folder.Path() + "report.txt";
   A.Settings.CsvDelimiter = "\t";
   A.Settings.ScoreFileName = " scores.XLS ";
-  EXPECT_TRUE(WriteAllScoreFiles(ScoreFilePath(A.Settings), A, console));
+  EXPECT_TRUE(WriteAllScoreFiles(ScoreFilePath(A.Settings), A, control, console));
   EXPECT_FALSE(exists("scores1.XLS"));
   EXPECT_EQ(LinesOfFile(folder.Path() + "scores2.XLS")[0], "2\tRaters");
   EXPECT_EQ(LinesOfFile(folder.Path() + "scores4.XLS")[0], "4\t_12");
@@ -234,10 +236,10 @@ TEST_F(ScoreFileTest, AllFacetsWithLabelsUntilOneFails) {
 
   // A full disk takes the file, but not its lines.
   std::filesystem::create_symlink("/dev/full", folder.Path() + "s3.txt");
-  EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "s.txt", A, console));
+  EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "s.txt", A, control, console));
   EXPECT_EQ(LinesOfFile(folder.Path() + "s2.txt").size(), 3U);
   EXPECT_FALSE(exists("s4.txt"));
-  EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "none/", A, console));
+  EXPECT_FALSE(WriteAllScoreFiles(folder.Path() + "none/", A, control, console));
   EXPECT_EQ(
       console.Warnings,
       Lines({"... Score file write failed ... " + folder.Path() + "s3.txt: No space left on device",

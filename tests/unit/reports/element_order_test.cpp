@@ -45,8 +45,11 @@ struct Bed {
     }
   }
   std::vector<int> Order(std::string_view letters, bool omit) const {
+    User user;
+    RunControl control(user);
     std::vector<int> order;
-    for (const ElementIndex element : SortElements(TheFacet, Elements, letters, omit)) order.push_back(element.value);
+    for (const ElementIndex element : SortElements(TheFacet, Elements, letters, omit, control))
+      order.push_back(element.value);
     return order;
   }
 };

@@ -41,6 +41,22 @@ TEST(ReportWriter, NameAndSettingDecideTheForm) {
   }
 }
 
+TEST(ReportWriter, LongTablesCanBeLeft) {
+  class Leaver : public User {
+   public:
+    UserRequest Poll() override { return UserRequest::Stop; }
+  } user;
+  RunControl control(user);
+  const Settings settings;
+  ReportWriter report(settings);
+  report.PollWith(control);
+  EXPECT_THROW(
+      {
+        for (int row = 0; row < 10000; ++row) report.WriteTableLine("row");
+      },
+      Stopped);
+}
+
 TEST(ReportWriter, NamesTheReportBehindItsSpecification) {
   for (const auto& [specification, ascii, name] : {std::tuple{"essays.txt", 'Y', "essays.out.txt"},
                                                    {"a.b/essays", 'Y', "a.b/essays.out.txt"},

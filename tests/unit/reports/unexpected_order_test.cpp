@@ -43,7 +43,9 @@ std::string Ordered(const std::vector<Rated>& ratings, std::string_view usort) {
   std::vector<UnexpectedResponse> responses;
   for (const Rated& rating : ratings)
     responses.push_back({rating.Score, rating.Score, rating.Expected, rating.ZScore, 1, {{rating.Element}}});
-  SortUnexpected(ParseUsort(usort).front(), fields, responses);
+  User user;
+  RunControl control(user);
+  SortUnexpected(ParseUsort(usort).front(), fields, control, responses);
   std::string elements;
   for (const UnexpectedResponse& response : responses) elements += static_cast<char>('0' + response.Elements[0].value);
   return elements;
@@ -82,8 +84,10 @@ TEST(UnexpectedList, KeepsTheWorst) {
     fit.StandardizedResidual = z;
     list.AddUnexpected(obs, fit);
   }
+  User user;
+  RunControl control(user);
   std::vector<std::pair<float, std::int64_t>> kept;
-  for (const UnexpectedResponse& response : list.Sorted())
+  for (const UnexpectedResponse& response : list.Sorted(control))
     kept.emplace_back(response.ZScore, response.ObservationIndex);
   // Of equal ones the positive, then the earlier.
   const std::vector<std::pair<float, std::int64_t>> worst = {{9.0F, 3}, {9.0F, 7}, {-9.0F, 5}};

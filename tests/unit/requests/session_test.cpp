@@ -204,6 +204,7 @@ TEST(Session, ModifiedSpecificationsHoldAndGoBackWithoutDrift) {
 }
 
 TEST(Session, FilesAreNamedAsToldAndTemporaryOnesGo) {
+  constexpr auto kOwnersOnly = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
   std::set<std::string> temporary;
   {
     SessionFixture session(ThreeFacets());
@@ -228,7 +229,11 @@ TEST(Session, FilesAreNamedAsToldAndTemporaryOnesGo) {
       if (!path.empty() && !path.starts_with(session.Folder.Path())) temporary.insert(path);
     }
     EXPECT_EQ(temporary.size(), 4U);
-    for (const std::string& path : temporary) EXPECT_GT(std::filesystem::file_size(path), 100U) << path;
+    for (const std::string& path : temporary) {
+      EXPECT_GT(std::filesystem::file_size(path), 100U) << path;
+      // Made by this program and for this user alone: in a shared folder others may have put links.
+      EXPECT_EQ(std::filesystem::status(path).permissions(), kOwnersOnly) << path;
+    }
   }
   for (const std::string& path : temporary) EXPECT_FALSE(std::filesystem::exists(path)) << path;
 }

@@ -73,12 +73,12 @@ TEST(SortKeys, StringsOfOneLengthInBinaryOrder) {
                                    "\xE4"
                                    "1",
                                    "a2", "Z9", "a1"};
-  SortStrings(keys, "");
+  SortStrings(keys, "", [] {});
   EXPECT_EQ(keys, (std::vector<std::string>{"Z9", "a1", "a2", "b1",
                                             "\xE4"
                                             "1"}));
   keys.push_back("abc");
-  EXPECT_EQ(FailureOf([&] { SortStrings(keys, "Failure (3)! Sort length error."); }),
+  EXPECT_EQ(FailureOf([&] { SortStrings(keys, "Failure (3)! Sort length error.", [] {}); }),
             "Failure (3)! Sort length error.");
 }
 

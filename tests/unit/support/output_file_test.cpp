@@ -1,0 +1,75 @@
+#include "support/output_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+#include "support/failure.h"
+#include "unit/spec/spec_run.h"
+
+namespace tessaly {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+int ErrorOf(OutputFile& file) {
+  try {
+    file.Close();
+  } catch (const Halt& halt) {
+    return -static_cast<int>(halt.Code);
+  }
+  return 0;
+}
+
+TEST(OutputFile, AllIsThereOrCloseSaysWhyNot) {
+  const TestFolder folder;
+  const std::string path = folder.Write("file", "what was there before");
+  std::string expected;
+  OutputFile first(path);
+  for (int n = 0; n < 30000; ++n) {
+    first.Write("line ");
+    expected += "line ";
+  }
+  OutputFile moved = std::move(first);
+  moved.Write("end");
+  EXPECT_EQ(ErrorOf(moved), 0);
+  EXPECT_EQ(ErrorOf(moved), 0) << "a second time";
+  EXPECT_EQ(ErrorOf(first), 0) << "nothing is open";
+  EXPECT_EQ(Contents(path), expected + "end");
+
+  OutputFile full("/dev/full");
+  full.Write("x");
+  EXPECT_EQ(ErrorOf(full), ENOSPC) << "what is still in memory";
+  OutputFile early("/dev/full");
+  early.Write(std::string(1 << 20, 'x'));
+  early.Write("y");
+  EXPECT_EQ(ErrorOf(early), ENOSPC);
+  { OutputFile(path).Write("left"); }
+  EXPECT_EQ(Contents(path), "left") << "a run that is stopped keeps what it wrote";
+}
+
+TEST(OutputFile, TryingToWriteChangesNothing) {
+  const TestFolder folder;
+  const std::string path = folder.Write("file", "kept");
+  CheckWritable(path);
+  EXPECT_EQ(Contents(path), "kept");
+  CheckWritable(folder.Path() + "new");
+  EXPECT_FALSE(fs::exists(folder.Path() + "new"));
+  fs::create_symlink("later", folder.Path() + "link");
+  CheckWritable(folder.Path() + "link");
+  EXPECT_TRUE(fs::is_symlink(folder.Path() + "link")) << "the user's link, though it leads nowhere yet";
+  EXPECT_FALSE(fs::exists(folder.Path() + "later"));
+  EXPECT_THROW(CheckWritable(folder.Path()), Halt);
+}
+
+}  // namespace
+}  // namespace tessaly
