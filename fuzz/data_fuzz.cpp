@@ -31,7 +31,7 @@ constexpr std::array<std::string_view, 8> kSpecifications = {
     "scale=mine,R9,S,O\n0,zero,,,a\n1,one,0,A,b\n2,two,1,A,5-7\n3,,,,\n*\n"
     "Labels=\n1,P\n1-9\n*\n2,J\n1-5\n*\n",
     // Counts, proportions, many statements with weights.
-    "Facets=2\nReplication=W\nModels=\n1,?,P\n2-3,?,B100,2\n4,X,M\n#,5,R\n?,?,R32000K,0.5\n*\nLabels=\n1,P\n1-9\n*\n2,"
+    "Facets=2\nReplication=W\nModels=\n1,?,P\n2-3,?,B100,2\n4,X,M\n#,5,R\n?,?,R254K,0.5\n*\nLabels=\n1,P\n1-9\n*\n2,"
     "J\n"
     "1-5\n*\n",
     // Traced, with elements that nobody listed.
