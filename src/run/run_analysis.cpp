@@ -312,8 +312,7 @@ class AnalysisRun {
     report_.EndTables();
     const InputLine line = std::exchange(analysis_.Input, {});
     console_.ShowMessage("");
-    for (const std::string& text :
-         FailureReport(halt, analysis_.Limits(), Location(), line.LineNumber, QuotedLine(line.LastLine)))
+    for (const std::string& text : FailureReport(halt, analysis_.Limits(), Location(), line.LineNumber, line.LastLine))
       console_.ShowWarning(text);
   }
 
