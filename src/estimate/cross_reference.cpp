@@ -12,18 +12,21 @@ namespace {
 /// 1 GB of them.
 constexpr std::size_t kMostEntries = std::size_t{1} << 28;
 
+[[noreturn]] void Refuse(std::int32_t elementCount) {
+  throw Halt{FailureCode::TooManyElements, GeneralText(elementCount)};
+}
+
 }  // namespace
 
 ElementCrossReference::ElementCrossReference(std::int32_t elementCount, std::int32_t facetCount, const FieldMap& fields)
     : facetCount_(static_cast<std::size_t>(facetCount)) {
   for (const ActivePosition& position : fields.Positions) facets_.push_back(position.PositionFacet);
-  const Halt tooMany{FailureCode::TooManyElements, GeneralText(elementCount)};
   const std::size_t entries = static_cast<std::size_t>(elementCount) * facetCount_;
-  if (entries > kMostEntries) throw tooMany;
+  if (entries > kMostEntries) Refuse(elementCount);
   try {
     entries_.assign(entries, kNoElement);
   } catch (const std::bad_alloc&) {
-    throw tooMany;
+    Refuse(elementCount);
   }
 }
 
