@@ -3,11 +3,14 @@
 #include <algorithm>
 
 #include "spec/scale_code.h"
+#include "support/failure.h"
 
 namespace tessaly {
 namespace {
 
 constexpr ScaleNumber kNoScale{-1};
+/// Most categories of all scales together: each takes about 100 bytes.
+constexpr std::int64_t kMostScaleCategories = 20'000'000;
 
 /// The scale of `statement` as its code says. Codes have been tested when statements and definitions were matched.
 Scale DeclaredScale(const ModelStatement& statement) {
@@ -93,6 +96,10 @@ ScaleNumber ModelCells::ScaleFor(StatementNumber number) {
 ScaleNumber ModelCells::MakeScale(StatementNumber number) {
   Scale scale = DeclaredScale(models_.Statements[number]);
   scale.ScaleModel = number;
+  if (std::int64_t{scales_.ScaleCount() + 1} * scales_.CategoryRawCount.Categories() > kMostScaleCategories)
+    throw Halt{FailureCode::TooManyModels,
+               "There are more than 20,000,000 categories of scales: too many elements have a "
+               "scale of their own (#)"};
   scales_.CategoryRawCount.AddScale();
   return scales_.Scales.add(scale);
 }

@@ -23,7 +23,7 @@ class ModelCells {
   void MakeInitialCells();
 
   /// The cell of `statement`, not of type `M`, for `elements` (entry 0 is position 1, 0 for the null element), made if
-  /// it is new.
+  /// it is new. Throws `Halt{TooManyModels}` if there is no room for another scale.
   CellNumber CellFor(StatementNumber statement, const ElementIndex* elements);
 
  private:

@@ -74,10 +74,11 @@ bool BlockReader::Read(ObservationBlock& block) {
   block.First = next_;
   block.Size = static_cast<std::size_t>(run.Count);
   next_ += run.Count;
+  if (block.Size == 0) return false;
   UnpackResponses(run.Observations, block);
   UnpackElements(run.Elements, block);
   Settle(block);
-  return block.Size > 0;
+  return true;
 }
 
 void BlockReader::UnpackResponses(const unsigned char* records, ObservationBlock& block) {

@@ -1,19 +1,32 @@
 #include "estimate/cross_reference.h"
 
+#include <cstdint>
 #include <new>
 
 #include "support/failure.h"
 #include "support/number_text.h"
 
 namespace tessaly {
+namespace {
+
+/// 1 GB of them.
+constexpr std::size_t kMostEntries = std::size_t{1} << 28;
+
+[[noreturn]] void Refuse(std::int32_t elementCount) {
+  throw Halt{FailureCode::TooManyElements, GeneralText(elementCount)};
+}
+
+}  // namespace
 
 ElementCrossReference::ElementCrossReference(std::int32_t elementCount, std::int32_t facetCount, const FieldMap& fields)
     : facetCount_(static_cast<std::size_t>(facetCount)) {
   for (const ActivePosition& position : fields.Positions) facets_.push_back(position.PositionFacet);
+  const std::size_t entries = static_cast<std::size_t>(elementCount) * facetCount_;
+  if (entries > kMostEntries) Refuse(elementCount);
   try {
-    entries_.assign(static_cast<std::size_t>(elementCount) * facetCount_, kNoElement);
+    entries_.assign(entries, kNoElement);
   } catch (const std::bad_alloc&) {
-    throw Halt{FailureCode::TooManyElements, GeneralText(elementCount)};
+    Refuse(elementCount);
   }
 }
 

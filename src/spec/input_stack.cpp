@@ -11,6 +11,7 @@ namespace tessaly {
 
 void InputStack::Open(const std::string& path, std::string_view kind) {
   files_.clear();
+  includes_ = 0;
   at_ = {};
   Push(path, kind);
 }
@@ -58,13 +59,17 @@ void InputStack::PushInclude(std::string_view line) {
   std::string name;
   CleanLine(line.substr(1), true, name);
   if (name.empty()) throw Halt{FailureCode::NoFileName, {}};
-  if (files_.size() > static_cast<std::size_t>(kDeepestInclude)) {
-    console_.ShowWarning("% include file - " + name + " - is included more than" + GeneralText(kDeepestInclude) +
-                         " deep: does it include itself?");
-    throw Halt{FailureCode::IncompatibleFile, name};
-  }
+  if (files_.size() > static_cast<std::size_t>(kDeepestInclude))
+    RefuseInclude(name, "is included more than" + GeneralText(kDeepestInclude) + " deep: does it include itself?");
+  if (++includes_ > kMostIncludes)
+    RefuseInclude(name, "comes after" + GeneralText(kMostIncludes) + " others: do files include each other?");
   console_.ShowMessage("Reading % include file: " + name);
   Push(FindInputFile(name, folder_), "% include");
+}
+
+void InputStack::RefuseInclude(const std::string& name, const std::string& reason) {
+  console_.ShowWarning("% include file - " + name + " - " + reason);
+  throw Halt{FailureCode::IncompatibleFile, name};
 }
 
 }  // namespace tessaly

@@ -19,6 +19,8 @@ class InputStack {
  public:
   /// Deepest nesting of include files: a file that includes itself ends here.
   static constexpr std::int32_t kDeepestInclude = 100;
+  /// Most include files, however often each: files that include each other several times soon are without end.
+  static constexpr std::int32_t kMostIncludes = 10000;
 
   /// `at` receives number and text of each line. `folder` is where relative include names are looked for after the
   /// current folder (empty for none).
@@ -33,19 +35,22 @@ class InputStack {
   const std::vector<std::string>& Opened() const { return opened_; }
 
   /// The next line as read, or nothing at the end. The view holds until
-  /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and for a nesting deeper than `kDeepestInclude`.
+  /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and `Halt{IncompatibleFile}` for a nesting deeper
+  /// than `kDeepestInclude` and for more than `kMostIncludes` files.
   std::optional<std::string_view> NextRawLine();
 
  private:
   std::optional<std::string_view> NextPhysicalLine();
   void Push(const std::string& path, std::string_view kind);
   void PushInclude(std::string_view line);
+  [[noreturn]] void RefuseInclude(const std::string& name, const std::string& reason);
 
   InputLine& at_;
   Console& console_;
   std::string folder_;
   std::vector<LineFile> files_;
   std::vector<std::string> opened_;
+  std::int32_t includes_ = 0;
 };
 
 }  // namespace tessaly

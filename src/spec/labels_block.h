@@ -9,8 +9,6 @@
 
 namespace tessaly {
 
-/// Most element numbers in all facets, ranges counted by element.
-constexpr std::int64_t kMostElements = 4000000;
 /// Highest group number.
 constexpr std::int32_t kHighestGroup = 32760;
 

@@ -10,6 +10,12 @@
 namespace tessaly {
 namespace {
 
+/// Most element numbers in all facets, ranges counted by element.
+#ifdef TESSALY_FEW_ELEMENTS
+constexpr std::int64_t kMostElements = 10000;
+#else
+constexpr std::int64_t kMostElements = 4000000;
+#endif
 /// Ranges longer than this are announced.
 constexpr std::int64_t kLongRange = 999;
 

@@ -13,6 +13,8 @@ namespace {
 
 /// The category of recodings that make a datum missing. Entries begin with it.
 constexpr std::int32_t kMissingCategory = -1;
+/// A block with one line may have entries for 256 categories.
+constexpr std::size_t kMostDefinedCategories = 4'000'000;
 
 RatingScaleDefinition DefinitionOf(const SplitLine& header) {
   RatingScaleDefinition definition;
@@ -101,6 +103,9 @@ void ReadRatingScale(SpecContext& context, const SplitLine& line) {
     }
     block.TakeCategory(*category);
   }
+  context.DefinedCategories += definition.Categories.size();
+  if (context.DefinedCategories > kMostDefinedCategories)
+    throw Halt{FailureCode::TooManyModels, "Rating scale= has more than 4,000,000 categories in all its blocks"};
   context.Analysis.Models.Definitions.add(std::move(definition));
 }
 

@@ -7,8 +7,9 @@
 namespace tessaly {
 
 /// Reads a block `Rating scale=` into a new definition. Throws `Halt{InvalidScaleType}` (with the code as the line),
-/// `Halt{InvalidCategory}`, `Halt{DuplicateCategory}`, `Halt{RecodeRangeNotNumeric}`, and
-/// `Halt{ExtraSpecificationInvalid}` in the extra specifications.
+/// `Halt{InvalidCategory}`, `Halt{DuplicateCategory}`, `Halt{RecodeRangeNotNumeric}`,
+/// `Halt{TooManyModels}` if all blocks together are too large, and `Halt{ExtraSpecificationInvalid}` in the extra
+/// specifications.
 void ReadRatingScale(SpecContext& context, const SplitLine& line);
 
 }  // namespace tessaly

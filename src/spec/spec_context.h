@@ -52,6 +52,8 @@ struct SpecContext {
   WaitingBlocks Waiting = {};
   /// The command line and the extra specifications are being applied: no blocks.
   bool ExtraSpecPhase = false;
+  /// Entries of all rating scale blocks so far.
+  std::size_t DefinedCategories = 0;
   /// Keywords met so far, by row of the keyword table.
   std::set<std::string_view> KeywordSeen = {};
 

@@ -3,12 +3,14 @@
 #include <utility>
 
 #include "spec/clean_line.h"
+#include "support/failure.h"
 
 namespace tessaly {
 
 std::optional<std::string_view> SpecReader::ReadLine() {
   if (std::exchange(unread_, false)) return work_;
   while (const std::optional<std::string_view> raw = input_.NextRawLine()) {
+    if (raw->size() > kLongestLine) throw Halt{FailureCode::InvalidFileFormat, {}};
     if (HasVisibleComment(*raw)) comments_.emplace_back(*raw);
     CleanLine(*raw, true, work_);
     if (!work_.empty()) return work_;

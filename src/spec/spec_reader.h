@@ -14,10 +14,14 @@ namespace tessaly {
 /// Reads the specification line by line. Number and text of the line at hand stand in the input line of the stack.
 class SpecReader {
  public:
+  /// Longest line of a specification: what is in it comes again in many lines of the report.
+  static constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+
   /// `comments` receives every line that contains ";;".
   SpecReader(InputStack& input, std::vector<std::string>& comments) : input_(input), comments_(comments) {}
 
   /// The next line that is not empty, cleaned, or nothing at the end. The view holds until the next call.
+  /// Throws `Halt{InvalidFileFormat}` for a line above `kLongestLine`.
   std::optional<std::string_view> ReadLine();
   /// The next line of a block, or nothing where the block ends: at "*" and at the end of the input.
   std::optional<SplitLine> NextBlockLine();

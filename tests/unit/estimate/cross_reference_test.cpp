@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/failure.h"
+
 namespace tessaly {
 namespace {
 
@@ -47,6 +49,16 @@ TEST_F(CrossReferenceTest, NamesTheOnlyPartnerOfEachFacet) {
   Add(0, 5, 3);
   EXPECT_EQ(Of(5), std::pair(3, 0));
   EXPECT_EQ(Of(3), std::pair(2, 5));
+}
+
+TEST(CrossReference, TooLargeATableIsRefusedBeforeItTakesMemory) {
+  try {
+    const ElementCrossReference references(4000000, 255, {});
+    FAIL();
+  } catch (const Halt& halt) {
+    EXPECT_EQ(halt.Code, FailureCode::TooManyElements);
+    EXPECT_EQ(halt.Argument, " 4000000");
+  }
 }
 
 }  // namespace

@@ -56,6 +56,18 @@ TEST(InputStack, FilesThatCannotBeRead) {
             Texts{"% include file - a.txt - is included more than 100 deep: does it include itself?"});
   EXPECT_EQ(itself.Error, "Error F37 in line 101: Incompatible file usage: a.txt");
 
+  // Nowhere deep, but each level is ten times as long as the one above it.
+  for (char level = 'b'; level < 'h'; ++level) {
+    std::string tenfold;
+    for (int time = 0; time < 10; ++time) tenfold.append("%").append(1, static_cast<char>(level + 1)).append(".txt\n");
+    folder.Write(std::string(1, level) + ".txt", tenfold);
+  }
+  folder.Write("h.txt", "");
+  const Lines bomb(folder.Write("a.txt", "%b.txt\n"));
+  EXPECT_EQ(bomb.Said.Warnings,
+            Texts{"% include file - h.txt - comes after 10000 others: do files include each other?"});
+  EXPECT_EQ(bomb.Error.substr(0, 9), "Error F37");
+
   const std::string rtf = folder.Write("r.rtf", "{\\rtf1 x");
   const Lines foreign(rtf);
   EXPECT_EQ(foreign.Said.Warnings, Texts{"Specification file - " + rtf + " - has RTF format. Please re-format."});

@@ -38,6 +38,15 @@ TEST(ReadSpecification, VisibleCommentsAndIncludedBlocks) {
   EXPECT_EQ(run.A.SpecComments, (Texts{"Facets=2 ;; two", ";; alone", "1 ;; one"}));
 }
 
+TEST(ReadSpecification, ALineTooLongToBeOneIsNotText) {
+  const auto titled = [](std::size_t length) {
+    const std::string keyword = "Title=";
+    return SpecRun(keyword + std::string(length - keyword.size(), 'x') + "\n" + WithTwoFacets("Data=d.txt"));
+  };
+  EXPECT_EQ(titled(1 << 20).Error, "");
+  EXPECT_EQ(titled((1 << 20) + 1).Error, "Error F44 in line 1: Invalid file format: not in DOS-Text (ASCII) format.");
+}
+
 /// A specification with one of everything.
 constexpr std::string_view kEverything = R"(Title="All", of it
 Facets=3,4
