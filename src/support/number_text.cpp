@@ -51,9 +51,8 @@ std::string PlainForm(const Decimal& decimal) {
 template <class Real>
 std::string RealText(Real value) {
   constexpr int kSignificantDigits = sizeof(Real) == sizeof(float) ? 7 : 15;
-  if (std::isnan(value)) return " NaN";
+  if (!std::isfinite(value)) return " ***";
   std::string sign(1, value < 0 ? '-' : ' ');
-  if (std::isinf(value)) return sign + "Inf";
   if (value == 0) return sign + "0";
   const Decimal decimal = ToDecimal(std::abs(value), kSignificantDigits);
   const bool plain = decimal.Power >= kLowestPlainPower && decimal.Power < kSignificantDigits;

@@ -10,7 +10,7 @@ namespace tessaly {
 
 /// The shortest decimal text: at most 7 (single) or 15 (double) significant digits, no trailing zeros, no digit before
 /// the point of a value below 1, a leading blank when not negative; exponent form ("1.234E+15", "5E-03") where the
-/// whole part has more digits than that, and below 0.01.
+/// whole part has more digits than that, and below 0.01. Asterisks for what is no finite number.
 std::string GeneralText(float value);
 std::string GeneralText(double value);
 std::string GeneralText(std::int64_t value);

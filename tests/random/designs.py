@@ -73,7 +73,7 @@ def odd_models(random, facets, scales):
     for code, _ in scales:
         bias = random.random() < 0.3
         places = [position(bias) for _ in range(facets)]
-        weight = pick(random, Often(8, ""), ",0", ",.5", ",1000000", ",.000001", ",3")
+        weight = pick(random, Often(8, ""), ",0", ",.5", ",1000000", ",.000001", ",3", ",1E+20")
         lines.append(",".join([*places, code]) + weight)
     lines.append(",".join(["?"] * facets + [scales[0][0]]))
     return [*lines, "*"]
@@ -85,7 +85,7 @@ def odd_facet(random, number, size, far):
     for element in range(1, size + 1):
         anchor = pick(random, Often(2, ""), round(random.gauss(0, 1.5), 2), *((9, -60, 1e6) if far else ()))
         group = pick(random, Often(5, ""), 0, 1, 2, 7)
-        weight = pick(random, Often(12, ""), 0, 0.5, 3, *((1e6, 1e-6) if far else ()))
+        weight = pick(random, Often(12, ""), 0, 0.5, 3, *((1e6, 1e-6, "1E+20") if far else ()))
         lines.append(f"{element},E{number}.{element},{anchor},{group},{weight}")
     return [*lines, "*"]
 
@@ -104,7 +104,7 @@ def odd_lines(random, sizes, top):
         level = sum(able[facet][(element - 1) % sizes[facet]] for facet, element in enumerate(cell))
         score = {"same": top, "ends": top if level > 0 else 0}.get(kind, round(top / 2 + level + random.gauss(0, 1)))
         response = pick(random, Often(15, max(0, min(top, score))), top + 1, "", "x")
-        prefix = pick(random, Often(12, ""), "R2,", "R0.5,", "R0,", "R100000,")
+        prefix = pick(random, Often(12, ""), "R2,", "R0.5,", "R0,", "R100000,", "R1E+20,")
         lines.append(prefix + ",".join(map(str, cell)) + f",{response}")
     return lines or [",".join(["1"] * len(sizes)) + ",1"]
 

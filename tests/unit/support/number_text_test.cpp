@@ -17,6 +17,8 @@ TEST(GeneralText, DigitsSignAndExponentForm) {
   EXPECT_EQ(GeneralText(-0.0f), " 0");
   EXPECT_EQ(GeneralText(0.1f), " .1") << "a single has 7 digits";
   EXPECT_EQ(GeneralText(16777216.0f), " 1.677722E+07");
+  EXPECT_EQ(GeneralText(std::numeric_limits<double>::quiet_NaN()), " ***");
+  EXPECT_EQ(GeneralText(-std::numeric_limits<float>::infinity()), " ***");
   EXPECT_EQ(GeneralText(9999999.0f), " 9999999");
   EXPECT_EQ(GeneralText(1.0 / 3), " .333333333333333");
   EXPECT_EQ(GeneralText(100.0), " 100");
