@@ -8,7 +8,7 @@ from typing import NamedTuple
 
 @dataclass
 class Design:
-    """Specification lines in front of Labels=, the lines of Labels=, and data lines."""
+    """Specification lines in front of Labels=, the lines of Labels=, data lines, and lines that rule over the first."""
 
     settings: list
     labels: list
@@ -16,7 +16,7 @@ class Design:
     outputs: list = field(default_factory=list)
 
     def text(self):
-        return "\n".join([*self.settings, *self.outputs, "Labels=", *self.labels, "Data=", *self.lines]) + "\n"
+        return "\n".join([*self.outputs, *self.settings, "Labels=", *self.labels, "Data=", *self.lines]) + "\n"
 
 
 def run(program, design_text, folder, words=(), seconds=60):
@@ -62,12 +62,14 @@ def odd_design(random):
 
 def odd_scale(random):
     top = pick(random, 1, 2, Often(3, random.randint(2, 5)), 9)
-    return pick(random, ("D", 1), Often(3, (f"R{top}", top)), (f"R{top}K", top), (f"B{top}", top), ("P", 6), ("D2", 3), ("M", 1))
+    return pick(random, ("D", 1), Often(3, (f"R{top}", top)), (f"R{top}K", top), (f"B{top}", top), ("P", 6), ("D2", 3),
+                ("M", 1))
 
 
 def odd_models(random, facets, scales):
     def position(bias):
-        return pick(random, Often(8, "?"), "#", "", "-?", "1", "2-3", "X") + pick(random, Often(2, ""), "B" if bias else "")
+        place = pick(random, Often(8, "?"), "#", "", "-?", "1", "2-3", "X")
+        return place + pick(random, Often(2, ""), "B" if bias else "")
 
     lines = ["Models="]
     for code, _ in scales:

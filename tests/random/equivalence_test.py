@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """One design written in many ways gives the same measures, errors and fit.
 
-Usage: equivalence_test.py PROGRAM [DESIGNS [FIRST SEED]]     the runs of a design that fails are left in the folder named
+Usage: equivalence_test.py PROGRAM [DESIGNS [FIRST SEED]]
+
+The runs of a design that fails are left in the folder that is named.
 """
 
 import random as randomness

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Looks for what is no number, or an absurd one, in all tables and files of designs drawn at random.
 
-Usage: numbers_test.py PROGRAM [DESIGNS [FIRST SEED]]     a design that fails is left in the folder named
+Usage: numbers_test.py PROGRAM [DESIGNS [FIRST SEED]]
+
+A design that fails is left in the folder that is named.
 """
 
 import random
@@ -16,8 +18,27 @@ from designs import odd_design, run
 NO_NUMBER = re.compile(r"(?<![\w.])[-+]?(nan|inf|1\.#\w+)(?![\w.])|-?nan\b", re.IGNORECASE)
 # Exponents come with weights of a million; beyond single precision nothing should.
 HUGE = re.compile(r"\d[Ee]\+?(3[0-9]|[4-9]\d|\d{3})\b")
-OUTPUTS = ["Anchorfile=anchors.txt", "Scorefile=scores.txt", "Residualfile=residuals.txt", "Graphfile=graph.txt",
-           "Simulated=simulated.txt", "Seed=1"]
+OUTPUTS = ["CSV=Tab", "QM=None", "Heading lines=Y", "Anchorfile=anchors.txt", "Scorefile=scores.txt",
+           "Residualfile=residuals.txt", "Graphfile=graph.txt", "Simulated=simulated.txt", "Seed=1"]
+
+
+# Least and greatest possible value of a field of score files.
+BOUNDS = {"T.Count": (0, None), "S.E.": (0, None), "InfitMS": (0, None), "OutfitMS": (0, None), "InfitZ": (-10, 10),
+          "OutfitZ": (-10, 10), "PtMea": (-1, 1), "PtMeExp": (-1, 1), "PtBis": (-1, 1), "PtBisI": (-1, 1),
+          "Status": (-5, 1), "InfChiSqu": (0, None), "OutfChiSqu": (0, None), "InfPr2s": (0, 1), "OutfPr2s": (0, 1)}
+
+
+def absurd_score(path):
+    """The first score that cannot be; None if all can."""
+    _, heading, *rows = path.read_text().splitlines()
+    names = heading.split("\t")
+    for row in rows:
+        for name, text in zip(names, row.split("\t")):
+            low, high = BOUNDS.get(name, (None, None))
+            if text and "*" not in text and "?" not in text and (
+                    (low is not None and float(text) < low) or (high is not None and float(text) > high)):
+                return f"{path.name}: {name} {text}"
+    return None
 
 
 def fault(program, design, folder):
@@ -33,6 +54,8 @@ def fault(program, design, folder):
         for number, line in enumerate(path.read_text(errors="replace").splitlines(), 1):
             if NO_NUMBER.search(line) or HUGE.search(line):
                 return f"{path.name}:{number}: {line}"
+        if path.name.startswith("scores") and (found := absurd_score(path)):
+            return found
     return None
 
 
