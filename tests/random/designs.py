@@ -85,7 +85,7 @@ def odd_facet(random, number, size, far):
     kind = pick(random, Often(6, ""), Often(2, "A"), "D", "G", "X")
     lines = [f"{number},Facet {number},{kind}" + pick(random, Often(6, ""), ",1", ",2", ",0")]
     for element in range(1, size + 1):
-        anchor = pick(random, Often(2, ""), round(random.gauss(0, 1.5), 2), *((9, -60, 1e6) if far else ()))
+        anchor = pick(random, Often(2, ""), round(random.gauss(0, 1.5), 2), *((4, -30) if far else ()))
         group = pick(random, Often(5, ""), 0, 1, 2, 7)
         weight = pick(random, Often(12, ""), 0, 0.5, 3, *((1e6, 1e-6, "1E+20") if far else ()))
         lines.append(f"{element},E{number}.{element},{anchor},{group},{weight}")
@@ -106,7 +106,7 @@ def odd_lines(random, sizes, top):
         level = sum(able[facet][(element - 1) % sizes[facet]] for facet, element in enumerate(cell))
         score = {"same": top, "ends": top if level > 0 else 0}.get(kind, round(top / 2 + level + random.gauss(0, 1)))
         response = pick(random, Often(15, max(0, min(top, score))), top + 1, "", "x")
-        prefix = pick(random, Often(12, ""), "R2,", "R0.5,", "R0,", "R100000,", "R1E+20,")
+        prefix = pick(random, Often(12, ""), "R2,", "R0.5,", "R0,", "R1000000000,")
         lines.append(prefix + ",".join(map(str, cell)) + f",{response}")
     return lines or [",".join(["1"] * len(sizes)) + ",1"]
 
