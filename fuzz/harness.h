@@ -73,9 +73,9 @@ inline std::string ConfinedText(const std::uint8_t* data, std::size_t size) {
 
 /// An input of several files, as in the case files of the tests: what stands before the first line "== NAME" is the
 /// first file, with the name `first`.
-inline std::vector<std::pair<std::string, std::string>> NamedFiles(std::string_view text, std::string first) {
+inline std::vector<std::pair<std::string, std::string>> NamedFiles(std::string_view text, const std::string& first) {
   constexpr std::size_t kMostFiles = 10;
-  std::vector<std::pair<std::string, std::string>> files{{std::move(first), {}}};
+  std::vector<std::pair<std::string, std::string>> files{{first, {}}};
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
