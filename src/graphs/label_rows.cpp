@@ -160,9 +160,9 @@ double WidthOfLabels(const std::vector<HeightLabel>& labels, double most) {
 void DrawOnPaper(SvgPage& page, SvgPoint at, const std::string& text) {
   constexpr double kPaperMargin = 0.3;
   const double half = kLetterHeight * kSmallText / 2;
-  page.Rect(
-      {at.X - kPaperMargin, at.Y - half - kPaperMargin, at.X + TextWidth(text, kSmallText) + kPaperMargin, at.Y + half + kPaperMargin},
-      kWhite);
+  page.Rect({at.X - kPaperMargin, at.Y - half - kPaperMargin, at.X + TextWidth(text, kSmallText) + kPaperMargin,
+             at.Y + half + kPaperMargin},
+            kWhite);
   page.Text({at.X, at.Y + half}, text, {});
 }
 

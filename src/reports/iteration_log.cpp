@@ -60,8 +60,8 @@ std::string IterationLog::ResidualLine(const ResidualDetail& detail, const std::
       .EditLong(number)
       .EditText(score(detail.Observed))
       .EditText(score(detail.Expected))
-      .EditText(score(detail.Residual) +
-                (withPercent ? FormatSingle(100 * detail.Fraction, kLogPercentWidth, 1) : std::string(kLogPercentWidth, ' ')))
+      .EditText(score(detail.Residual) + (withPercent ? FormatSingle(100 * detail.Fraction, kLogPercentWidth, 1)
+                                                      : std::string(kLogPercentWidth, ' ')))
       .EditSingle(detail.Value)
       .EditSingle(detail.Change)
       .Line();

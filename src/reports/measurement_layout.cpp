@@ -67,7 +67,8 @@ constexpr bool GroupAligned(const ColumnGroup& piece) {
 }
 static_assert(GroupAligned(kScores) && GroupAligned(kMeasure) && GroupAligned(kFit) && GroupAligned(kDiscrimination) &&
               GroupAligned(kDisplacement) && GroupAligned(kPointBiserial) && GroupAligned(kPointBiserialIncluding) &&
-              GroupAligned(kPointMeasure) && GroupAligned(kInterRater) && GroupAligned(kGroup) && GroupAligned(kWeight));
+              GroupAligned(kPointMeasure) && GroupAligned(kInterRater) && GroupAligned(kGroup) &&
+              GroupAligned(kWeight));
 
 const ColumnGroup& CorrelationPiece(CorrelationColumns columns) {
   switch (columns) {

@@ -102,9 +102,9 @@ class FitSummary {
       WriteCountRow("All Responses" + std::string(22, ' '), count, mean,
                     std::sqrt(std::max(squares / n - mean * mean, 0.0)), parameters);
     }
-    report_.WriteTableLine(fit_.WeightedData
-                               ? "Count of measurable responses (wtd)=" + ZeroedNumber(fit_.Weight(), 13, 3)
-                               : "Count of measurable responses      =" + FormatNumber(fit_.Weight(), kFitCountWidth, 0));
+    report_.WriteTableLine(
+        fit_.WeightedData ? "Count of measurable responses (wtd)=" + ZeroedNumber(fit_.Weight(), 13, 3)
+                          : "Count of measurable responses      =" + FormatNumber(fit_.Weight(), kFitCountWidth, 0));
   }
 
   void WriteVariances() {

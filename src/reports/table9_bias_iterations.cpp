@@ -13,7 +13,7 @@ namespace tessaly {
 namespace {
 
 constexpr std::string_view kBiasHeadings[] = {" Iteration      Max. Score Residual      Max. Logit Change ",
-                                          "             Elements    %  Categories   Elements    Cells "};
+                                              "             Elements    %  Categories   Elements    Cells "};
 constexpr std::string_view kScreen =
     R"(Iteration ####  \  \                       max.=######.# ###.#     max.=###.### ######)";
 constexpr std::string_view kSettledBiasRow = R"( \  \#### ######.####                  #####.####          )";

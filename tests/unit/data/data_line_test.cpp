@@ -37,7 +37,8 @@ TEST(DataLine, DelimitersAreCommasTabsOrBlanks) {
   EXPECT_EQ(SplitAny("1,,3,"), (FieldTexts{"1", "", "3", ""}));
   EXPECT_EQ(SplitAny("1\x01 2 ; 3"), (FieldTexts{"1", "2"}));
   EXPECT_EQ(SplitAny("* all that follows"), (FieldTexts{"*"}));
-  for (const std::string_view blank : {"", "  ", ", ,,", "\t,", " ; 1,2", "\x01"}) EXPECT_EQ(SplitAny(blank), FieldTexts{});
+  for (const std::string_view blank : {"", "  ", ", ,,", "\t,", " ; 1,2", "\x01"})
+    EXPECT_EQ(SplitAny(blank), FieldTexts{});
 }
 
 // Lines of ordinary characters take a way of their own, which must not show.

@@ -140,7 +140,7 @@ TEST(PrepareScales, TakesValuesInUserUnitsAndAnchorsRaiseTheTop) {
 
 /// Runs one update of the steps with these counts and gives the steps behind it.
 std::vector<double> StepsAfter(ScaleTables& scales, const std::vector<double>& observed,
-                            const std::vector<double>& expected, float damping = 1) {
+                               const std::vector<double>& expected, float damping = 1) {
   const auto top = static_cast<std::int32_t>(observed.size()) - 1;
   for (std::int32_t k = 0; k <= top; ++k) {
     scales.CategoryCount(kScale, k) = observed[static_cast<std::size_t>(k)];

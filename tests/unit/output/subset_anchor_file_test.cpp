@@ -30,7 +30,8 @@ std::string Specification(const std::string& persons, const std::string& items) 
 TEST(SubsetAnchorFile, ProposesGroupsThatConnectTheSubsets) {
   const std::string persons = "1,Persons\n1,Ann\n2,Bob\n3,Cem\n4,Dot\n";
   const std::string items = "2,Items\n1-4,Item\n";
-  const FinishedAnalysis run = RunSpecification(Specification(persons, items), {{"data.txt", std::string(kSubsetData)}});
+  const FinishedAnalysis run =
+      RunSpecification(Specification(persons, items), {{"data.txt", std::string(kSubsetData)}});
   ASSERT_EQ(run.A.Subsets.SubsetCount, 2);
   const std::string comment =
       " ; these element specifications can be placed in your Labels= after the existing element specifications for "
@@ -44,7 +45,8 @@ TEST(SubsetAnchorFile, ProposesGroupsThatConnectTheSubsets) {
                 comment + "1,Ann,50,10\n2,Bob,50,10\n3,Cem,50,11\n4,Dot,50,11\n*\n" +
                 "\nAnd/or group anchor this facet:\n\n" + newItems + "*\n");
 
-  const FinishedAnalysis again = RunSpecification(Specification(persons, newItems), {{"data.txt", std::string(kSubsetData)}});
+  const FinishedAnalysis again =
+      RunSpecification(Specification(persons, newItems), {{"data.txt", std::string(kSubsetData)}});
   EXPECT_EQ(again.A.Subsets.SubsetCount, 0);
   EXPECT_EQ(Proposal(again.A), std::string(kOpening).append(kSorry));
 }

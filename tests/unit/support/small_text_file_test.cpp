@@ -59,8 +59,7 @@ TEST(SmallTextFile, ReadsWholeFilesOfTextOnly) {
       {folder.Write("line", std::string(kLongestSmallFile + 1, 'x')), invalid},
       {"/dev/urandom", invalid},
   };
-  for (const auto& file : refused)
-    EXPECT_EQ(CodeOf([&] { ReadSmallFile(file.first); }), file.second) << file.first;
+  for (const auto& file : refused) EXPECT_EQ(CodeOf([&] { ReadSmallFile(file.first); }), file.second) << file.first;
   EXPECT_EQ(ReadSmallFile(folder.Write("line", std::string(kLongestSmallFile, 'x')))->size(), 1u);
 }
 
