@@ -26,8 +26,7 @@ bool Analyse(const std::string& specification, const std::string& anchorFile) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const fuzz::OwnFolder folder;
-  for (const auto& [name, content] : fuzz::NamedFiles(fuzz::ConfinedText(data, size), "spec.txt"))
-    folder.Write(name, content);
+  folder.Unpack(data, size);
   if (Analyse("spec.txt", "anchor.txt")) Analyse("anchor.txt", "again.txt");
   return 0;
 }

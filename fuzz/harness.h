@@ -99,6 +99,10 @@ class OwnFolder {
   OwnFolder(const OwnFolder&) = delete;
   OwnFolder& operator=(const OwnFolder&) = delete;
 
+  /// The files of an input, the first one as `spec.txt`: see `NamedFiles`.
+  void Unpack(const std::uint8_t* data, std::size_t size) const {
+    for (const auto& [name, content] : NamedFiles(ConfinedText(data, size), "spec.txt")) Write(name, content);
+  }
   /// A name that no file can have writes none.
   void Write(const std::string& name, std::string_view content) const {
     std::ofstream(name, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));

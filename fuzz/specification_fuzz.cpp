@@ -14,8 +14,7 @@ using namespace tessaly;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const fuzz::OwnFolder folder;
-  for (const auto& [name, content] : fuzz::NamedFiles(fuzz::ConfinedText(data, size), "spec.txt"))
-    folder.Write(name, content);
+  folder.Unpack(data, size);
   fuzz::SilentHost host;
   Analysis analysis;
   InputStack input(analysis.Input, host.Silence, "");
