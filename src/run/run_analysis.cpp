@@ -118,6 +118,7 @@ class AnalysisRun {
     folder_ = FolderOf(commandLine_.FileNames.front());
     analysis_.Settings.SpecFileName = commandLine_.FileNames.front();
     input_.emplace(analysis_.Input, console_, folder_);
+    input_->PollWith(control_);
     input_->Open(analysis_.Settings.SpecFileName, "Specification");
     RememberSpecification();
     console_.ShowMessage("Processing specifications from " + Quoted(analysis_.Settings.SpecFileName));

@@ -9,6 +9,12 @@
 
 namespace tessaly {
 
+namespace {
+
+constexpr std::int64_t kLinesBetweenPolls = 10000;
+
+}  // namespace
+
 void InputStack::Open(const std::string& path, std::string_view kind) {
   files_.clear();
   includes_ = 0;
@@ -19,6 +25,7 @@ void InputStack::Open(const std::string& path, std::string_view kind) {
 std::optional<std::string_view> InputStack::NextRawLine() {
   while (const std::optional<std::string_view> line = NextPhysicalLine()) {
     ++at_.LineNumber;
+    if (control_ != nullptr && at_.LineNumber % kLinesBetweenPolls == 0) control_->Poll();
     at_.LastLine.assign(*line);
     if (line->empty() || line->front() != '%') return line;
     PushInclude(*line);

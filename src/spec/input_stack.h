@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "state/analysis.h"
+#include "state/run_control.h"
 #include "support/host.h"
 #include "support/line_file.h"
 
@@ -26,6 +27,8 @@ class InputStack {
   /// current folder (empty for none).
   InputStack(InputLine& at, Console& console, std::string folder)
       : at_(at), console_(console), folder_(std::move(folder)) {}
+  /// Polls the user every so many lines: there may be millions of labels.
+  void PollWith(RunControl& control) { control_ = &control; }
 
   /// Opens the file at the bottom of the stack and sets the line number to 0. `kind` ("Specification", "Data") names it
   /// in messages. Throws `Halt` if it cannot be opened or is no text file.
@@ -34,9 +37,9 @@ class InputStack {
   /// Paths of the file and of all that it included so far, in order.
   const std::vector<std::string>& Opened() const { return opened_; }
 
-  /// The next line as read, or nothing at the end. The view holds until
-  /// the next call. Throws `Halt{NoFileName}` for "%" without a name, and `Halt{IncompatibleFile}` for a nesting deeper
-  /// than `kDeepestInclude` and for more than `kMostIncludes` files.
+  /// The next line as read, or nothing at the end. The view holds until the next call. Throws `Stopped`,
+  /// `Halt{NoFileName}` for "%" without a name, and `Halt{IncompatibleFile}` for a nesting deeper than
+  /// `kDeepestInclude` and for more than `kMostIncludes` files.
   std::optional<std::string_view> NextRawLine();
 
  private:
@@ -48,6 +51,7 @@ class InputStack {
   InputLine& at_;
   Console& console_;
   std::string folder_;
+  RunControl* control_ = nullptr;
   std::vector<LineFile> files_;
   std::vector<std::string> opened_;
   std::int32_t includes_ = 0;
