@@ -118,8 +118,9 @@ def odd_settings(random, facets):
     possible = [
         f"Noncenter={facet}", "Noncenter=0", f"Center={facet}Z", f"Positive={facet}", "Positive=N", "Negative=N",
         "Newton=0.5", "Newton=Y", "Xtreme=0.01,0.01", "Xtreme=0.99,-0.9", "Hardware=5", "Hardware=700",
-        "Umean=50,10,1", "Umean=0,-1,4", "Umean=500,100,0", "Udecimals=9", "Uscale=.001", "Pt-biserial=Y", "Pt-biserial=I",
-        "Standard errors=Real", "Totalscore=N", "Fair=Zero", "Whexact=N", "Subsets=Report", "Subsets=No", "Unexpected=0",
+        "Umean=50,10,1", "Umean=0,-1,4", "Umean=500,100,0", "Udecimals=9", "Uscale=.001", "Pt-biserial=Y",
+        "Pt-biserial=I", "Standard errors=Real", "Totalscore=N", "Fair=Zero", "Whexact=N", "Subsets=Report", "Subsets=No",
+        "Unexpected=0",
         "Unexpected=1", "T4MAX=5", "Usort=(U)(1,z,e)", "Barcharts=A", "Vertical=1A,2*,S", "Yardstick=0,3,-2,2,Measure",
         f"Inter-rater={facet}", "Arrange=fN,pN", "Arrange=M", "Convergence=.001,.00001", "Convergence=0,0,.5,.001",
         "Zscore=1,1", "Bias=minus", "Write=Y", "ASCII=W", "ASCII=N", "Omit-unobserved=N", "Missing=0", "Juxtapose=2",

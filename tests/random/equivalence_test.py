@@ -15,7 +15,10 @@ from pathlib import Path
 from designs import pick, run
 
 # Four decimals are printed.
-SETTINGS = ["Convergence=.0005,.000005", "Umean=0,1,4", "CSV=Tab", "Scorefile=scores.txt", "Tables=0"]
+# Where more are needed, raters or items are all but apart, and rounding decides where they come to rest.
+MOST_ITERATIONS = 500
+SETTINGS = [f"Iterations={MOST_ITERATIONS}", "Convergence=.0005,.000005", "Umean=0,1,4", "CSV=Tab", "Tables=0",
+            "Scorefile=scores.txt"]
 COMPARED = ["Measure", "S.E.", "InfitMS", "OutfitMS", "T.Score", "T.Count", "FairMAvge", "Status"]
 # What the criteria leave to chance, in score points; a measure moves by that over the information.
 LEFT = 0.002
@@ -132,8 +135,8 @@ def with_ranges(ratings, _):
     return ratings.text(lines)
 
 
-FORMS = [plain, reordered, renumbered, by_label, split_over_files, with_tabs, with_blanks, with_quotes, group_from_label,
-         with_replications, with_ranges]
+FORMS = [plain, reordered, renumbered, by_label, split_over_files, with_tabs, with_blanks, with_quotes,
+         group_from_label, with_replications, with_ranges]
 
 
 def scores(folder):
@@ -148,11 +151,14 @@ def scores(folder):
     return found
 
 
-def difference(expected, got):
+def difference(expected, got, form):
     for facet, elements in expected.items():
         if len(elements) != len(got[facet]):
             return f"facet {facet} has {len(got[facet])} elements, not {len(elements)}"
         for place, (own, other) in enumerate(zip(elements, got[facet]), 1):
+            # An extreme score is moved inward by a share of the smallest weight.
+            if form is with_replications and own[COMPARED.index("Status")] != -1:
+                continue
             for name, a, b in zip(COMPARED, own, other):
                 error = own[COMPARED.index("S.E.")]
                 rounding = 0.0101 if name in ("InfitMS", "OutfitMS", "FairMAvge") else 0.0003
@@ -163,11 +169,13 @@ def difference(expected, got):
 
 def separable(found):
     """Whether elements run away from the others, as far as the criteria let them."""
-    measure, status = COMPARED.index("Measure"), COMPARED.index("Status")
-    return any(abs(element[measure]) > 6 for elements in found.values() for element in elements if element[status] == -1)
+    measure, error, status = (COMPARED.index(name) for name in ("Measure", "S.E.", "Status"))
+    return any(abs(element[measure]) > 6 or element[error] > 2
+               for elements in found.values() for element in elements if element[status] == -1)
 
 
 def fault(program, ratings, folder):
+    """What differs, "" if nothing; None if nothing was compared."""
     expected = None
     for form in FORMS:
         place = folder / form.__name__
@@ -177,27 +185,29 @@ def fault(program, ratings, folder):
             return f"{form.__name__} ended by {status}: {shown.splitlines()[-4:]}"
         if expected is None:
             expected = scores(place)
-            if separable(expected):
+            if separable(expected) or shown.count("| JMLE") > MOST_ITERATIONS - 10:
                 return None
-        elif found := difference(expected, scores(place)):
+        elif found := difference(expected, scores(place), form):
             return f"{form.__name__}: {found}"
-    return None
+    return ""
 
 
 def main():
     program = str(Path(sys.argv[1]).resolve())
     designs = int(sys.argv[2]) if len(sys.argv) > 2 else 8
     first = int(sys.argv[3]) if len(sys.argv) > 3 else 1
-    failed = 0
+    failed = compared = 0
     for seed in range(first, first + designs):
         folder = Path(tempfile.mkdtemp(prefix=f"ratings{seed}-"))
-        if found := fault(program, Ratings(randomness.Random(seed)), folder):
+        found = fault(program, Ratings(randomness.Random(seed)), folder)
+        compared += found is not None
+        if found:
             failed += 1
             print(f"seed {seed}: {found}  [{folder}]")
         else:
             shutil.rmtree(folder)
-    print(f"{designs} designs in {len(FORMS)} forms, {failed} with a fault")
-    return failed > 0
+    print(f"{designs} designs, {compared} compared in {len(FORMS)} forms, {failed} with a fault")
+    return failed > 0 or compared < designs // 3
 
 
 sys.exit(main())
