@@ -1,6 +1,10 @@
 """Small rating designs drawn at random, and how they are written as files."""
 
+import random
+import shutil
 import subprocess
+import sys
+import tempfile
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import NamedTuple
@@ -31,6 +35,27 @@ def run(program, design_text, folder, words=(), seconds=60):
     except subprocess.TimeoutExpired:
         return None, "no end"
     return done.returncode, done.stdout.decode(errors="replace")
+
+
+def try_designs(attempt, usual, counted):
+    """For PROGRAM [DESIGNS [FIRST SEED]] of the command line: `attempt(program, random, folder)` of each seed gives
+    whether the design counts as `counted`, and its fault, empty if there is none. The exit status: whether any failed,
+    or fewer than a third counted. The folder of a design that fails is left and named."""
+    program = str(Path(sys.argv[1]).resolve())
+    designs = int(sys.argv[2]) if len(sys.argv) > 2 else usual
+    first = int(sys.argv[3]) if len(sys.argv) > 3 else 1
+    failed = count = 0
+    for seed in range(first, first + designs):
+        folder = Path(tempfile.mkdtemp(prefix=f"design{seed}-"))
+        counts, fault = attempt(program, random.Random(seed), folder)
+        count += counts
+        if fault:
+            failed += 1
+            print(f"seed {seed}: {fault}  [{folder}]")
+        else:
+            shutil.rmtree(folder)
+    print(f"{designs} designs, {count} {counted}, {failed} with a fault")
+    return failed > 0 or count < designs // 3
 
 
 class Often(NamedTuple):
@@ -119,9 +144,9 @@ def odd_settings(random, facets):
         f"Noncenter={facet}", "Noncenter=0", f"Center={facet}Z", f"Positive={facet}", "Positive=N", "Negative=N",
         "Newton=0.5", "Newton=Y", "Xtreme=0.01,0.01", "Xtreme=0.99,-0.9", "Hardware=5", "Hardware=700",
         "Umean=50,10,1", "Umean=0,-1,4", "Umean=500,100,0", "Udecimals=9", "Uscale=.001", "Pt-biserial=Y",
-        "Pt-biserial=I", "Standard errors=Real", "Totalscore=N", "Fair=Zero", "Whexact=N", "Subsets=Report", "Subsets=No",
-        "Unexpected=0",
-        "Unexpected=1", "T4MAX=5", "Usort=(U)(1,z,e)", "Barcharts=A", "Vertical=1A,2*,S", "Yardstick=0,3,-2,2,Measure",
+        "Pt-biserial=I", "Standard errors=Real", "Totalscore=N", "Fair=Zero", "Whexact=N", "Subsets=Report",
+        "Subsets=No", "Unexpected=0", "Unexpected=1", "T4MAX=5", "Usort=(U)(1,z,e)", "Barcharts=A", "Vertical=1A,2*,S",
+        "Yardstick=0,3,-2,2,Measure",
         f"Inter-rater={facet}", "Arrange=fN,pN", "Arrange=M", "Convergence=.001,.00001", "Convergence=0,0,.5,.001",
         "Zscore=1,1", "Bias=minus", "Write=Y", "ASCII=W", "ASCII=N", "Omit-unobserved=N", "Missing=0", "Juxtapose=2",
         "Null=1", "Left-hand=Y", "Udecimals=0", "QM=Double", "CSV=Tab", "CSV=Comma", "Heading lines=N",

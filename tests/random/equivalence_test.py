@@ -6,15 +6,10 @@ Usage: equivalence_test.py PROGRAM [DESIGNS [FIRST SEED]]
 The runs of a design that fails are left in the folder that is named.
 """
 
-import random as randomness
-import shutil
 import sys
-import tempfile
-from pathlib import Path
 
-from designs import pick, run
+from designs import pick, run, try_designs
 
-# Four decimals are printed.
 # Where more are needed, raters or items are all but apart, and rounding decides where they come to rest.
 MOST_ITERATIONS = 500
 SETTINGS = [f"Iterations={MOST_ITERATIONS}", "Convergence=.0005,.000005", "Umean=0,1,4", "CSV=Tab", "Tables=0",
@@ -174,40 +169,22 @@ def separable(found):
                for elements in found.values() for element in elements if element[status] == -1)
 
 
-def fault(program, ratings, folder):
-    """What differs, "" if nothing; None if nothing was compared."""
+def attempt(program, random, folder):
+    ratings = Ratings(random)
     expected = None
     for form in FORMS:
         place = folder / form.__name__
         place.mkdir()
         status, shown = run(program, form(ratings, place), place)
         if status != 0:
-            return f"{form.__name__} ended by {status}: {shown.splitlines()[-4:]}"
+            return True, f"{form.__name__} ended by {status}: {shown.splitlines()[-4:]}"
         if expected is None:
             expected = scores(place)
             if separable(expected) or shown.count("| JMLE") > MOST_ITERATIONS - 10:
-                return None
+                return False, ""
         elif found := difference(expected, scores(place), form):
-            return f"{form.__name__}: {found}"
-    return ""
+            return True, f"{form.__name__}: {found}"
+    return True, ""
 
 
-def main():
-    program = str(Path(sys.argv[1]).resolve())
-    designs = int(sys.argv[2]) if len(sys.argv) > 2 else 8
-    first = int(sys.argv[3]) if len(sys.argv) > 3 else 1
-    failed = compared = 0
-    for seed in range(first, first + designs):
-        folder = Path(tempfile.mkdtemp(prefix=f"ratings{seed}-"))
-        found = fault(program, Ratings(randomness.Random(seed)), folder)
-        compared += found is not None
-        if found:
-            failed += 1
-            print(f"seed {seed}: {found}  [{folder}]")
-        else:
-            shutil.rmtree(folder)
-    print(f"{designs} designs, {compared} compared in {len(FORMS)} forms, {failed} with a fault")
-    return failed > 0 or compared < designs // 3
-
-
-sys.exit(main())
+sys.exit(try_designs(attempt, 8, f"compared in {len(FORMS)} forms"))

@@ -6,14 +6,10 @@ Usage: numbers_test.py PROGRAM [DESIGNS [FIRST SEED]]
 A design that fails is left in the folder that is named.
 """
 
-import random
 import re
-import shutil
 import sys
-import tempfile
-from pathlib import Path
 
-from designs import odd_design, run
+from designs import odd_design, run, try_designs
 
 NO_NUMBER = re.compile(r"(?<![\w.])[-+]?(nan|inf|1\.#\w+)(?![\w.])|-?nan\b", re.IGNORECASE)
 # Weights may be large, but nothing is beyond single precision.
@@ -47,7 +43,7 @@ def fault(status, shown, folder):
         return f"ended by {status}"
     if status != 0 and not re.search(r"Error F\d+\b|Failure \(\d+\)!", shown):
         return f"status {status} without a message"
-    for path in sorted(Path(folder).iterdir()):
+    for path in sorted(folder.iterdir()):
         if path.name == "design.txt":
             continue
         for number, line in enumerate(path.read_text(errors="replace").splitlines(), 1):
@@ -58,25 +54,11 @@ def fault(status, shown, folder):
     return None
 
 
-def main():
-    program = str(Path(sys.argv[1]).resolve())
-    designs = int(sys.argv[2]) if len(sys.argv) > 2 else 150
-    first = int(sys.argv[3]) if len(sys.argv) > 3 else 1
-    failed = finished = 0
-    for seed in range(first, first + designs):
-        design = odd_design(random.Random(seed))
-        design.outputs = OUTPUTS
-        folder = tempfile.mkdtemp(prefix=f"design{seed}-")
-        status, shown = run(program, design.text(), folder)
-        finished += status == 0
-        found = fault(status, shown, folder)
-        if found:
-            failed += 1
-            print(f"seed {seed}: {found}  [{folder}]")
-        else:
-            shutil.rmtree(folder)
-    print(f"{designs} designs, {finished} analysed to the end, {failed} with a fault")
-    return failed > 0 or finished < designs // 3
+def attempt(program, random, folder):
+    design = odd_design(random)
+    design.outputs = OUTPUTS
+    status, shown = run(program, design.text(), folder)
+    return status == 0, fault(status, shown, folder)
 
 
-sys.exit(main())
+sys.exit(try_designs(attempt, 150, "analysed to the end"))
