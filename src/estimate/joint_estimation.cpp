@@ -23,6 +23,8 @@ constexpr float kSmallestProbe = 0.1F;
 constexpr float kNoChange = 0.000001F;
 /// Up to this iteration the element criteria bind the category statistics too.
 constexpr std::int32_t kFirstIterations = 20;
+/// Few analyses need so many: the user is told what ends those that never converge.
+constexpr std::int32_t kManyIterations = 1000;
 /// Estimation of scales rests in the third step of a sequence of priorities.
 constexpr std::int32_t kPriorityWithoutScales = 2;
 
@@ -255,6 +257,9 @@ void JointEstimation::NothingLeft() const {
 bool JointEstimation::GoOn() {
   if (recount_ || subsets_.Changed() || control_.Phase < Phase::Jmle) return true;
   const bool more = CriteriaAskForMore();
+  if (more && control_.Iteration == kManyIterations)
+    console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) +
+                         " iterations. Iterations= limits them, Ctrl+F goes on to the report");
   const std::int32_t limit = analysis_.Settings.IterationsLimit;
   if (limit <= 0 || control_.Iteration < limit) return more;
   if (more) listener_.LimitReached(limit);

@@ -112,6 +112,18 @@ TEST(JointEstimation, StopsAtItsLimitAndSaysSoOnlyIfMoreWasAskedFor) {
   EXPECT_EQ(without.Iterations(), still.Iterations());
 }
 
+TEST(JointEstimation, TellsOnceWhatEndsIterationsWithoutEnd) {
+  const auto run = [](const std::string& limit) {
+    return Crossed().Run({"Newton=0.005", "Convergence=0.001", "Iterations=" + limit});
+  };
+  const std::string line = "Not converged after 1000 iterations. Iterations= limits them, Ctrl+F goes on to the report";
+  const FinishedAnalysis longer = run("1200");
+  EXPECT_EQ(longer.Iterations(), 1200);
+  EXPECT_EQ(std::count(longer.Messages.begin(), longer.Messages.end(), line), 1);
+  const FinishedAnalysis shorter = run("999");
+  EXPECT_EQ(std::count(shorter.Messages.begin(), shorter.Messages.end(), line), 0);
+}
+
 TEST(JointEstimation, HaltsWhenAllDataAreExtreme) {
   Design design({2, 3}, "?,?,D");
   for (int person = 1; person <= 2; ++person)
