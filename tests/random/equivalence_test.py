@@ -6,14 +6,15 @@ Usage: equivalence_test.py PROGRAM [DESIGNS [FIRST SEED]]
 The runs of a design that fails are left in the folder that is named.
 """
 
+import re
 import sys
 
 from designs import pick, run, try_designs
 
-# Where more are needed, raters or items are all but apart, and rounding decides where they come to rest.
-MOST_ITERATIONS = 500
-SETTINGS = [f"Iterations={MOST_ITERATIONS}", "Convergence=.0005,.000005", "Umean=0,1,4", "CSV=Tab", "Tables=0",
+RESIDUAL = 0.0005
+SETTINGS = ["Iterations=500", f"Convergence={RESIDUAL},.000005", "Umean=0,1,4", "CSV=Tab", "Tables=0",
             "Scorefile=scores.txt"]
+LAST_RESIDUAL = re.compile(r".*\| JMLE *\d+ +-?([\d.]+)", re.DOTALL)
 COMPARED = ["Measure", "S.E.", "InfitMS", "OutfitMS", "T.Score", "T.Count", "FairMAvge", "Status"]
 # What the criteria leave to chance, in score points; a measure moves by that over the information.
 LEFT = 0.002
@@ -162,6 +163,11 @@ def difference(expected, got, form):
     return None
 
 
+def settled(shown):
+    """Otherwise raters or items are all but apart, and rounding decides where they come to rest."""
+    return float(LAST_RESIDUAL.match(shown)[1]) <= RESIDUAL
+
+
 def separable(found):
     """Whether elements run away from the others, as far as the criteria let them."""
     measure, error, status = (COMPARED.index(name) for name in ("Measure", "S.E.", "Status"))
@@ -180,9 +186,9 @@ def attempt(program, random, folder):
             return True, f"{form.__name__} ended by {status}: {shown.splitlines()[-4:]}"
         if expected is None:
             expected = scores(place)
-            if separable(expected) or shown.count("| JMLE") > MOST_ITERATIONS - 10:
+            if separable(expected) or not settled(shown):
                 return False, ""
-        elif found := difference(expected, scores(place), form):
+        elif settled(shown) and (found := difference(expected, scores(place), form)):
             return True, f"{form.__name__}: {found}"
     return True, ""
 
