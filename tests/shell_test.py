@@ -292,11 +292,16 @@ class Shell(unittest.TestCase):
         self.assertTrue((self.folder / "t5.txt").exists() and (self.folder / "t8.txt").exists())
         command = [PROGRAM, "spec.txt", "out.txt", "Iterations=3"]
         piped = subprocess.run(command, cwd=self.folder, env=self.environment, text=True, capture_output=True,
-                               input="table5\nquit\nshow files\n", timeout=60, check=False)
+                               input="\ufefftable5\r\nquit\r\nshow files\r\n", timeout=60, check=False)
         self.assertEqual(piped.returncode, 0, piped.stderr)
         self.assertIn("Data log-likelihood chi-square", piped.stdout.split("Output to out.txt")[1])
         self.assertNotIn("tessaly>", piped.stdout)
         self.assertNotIn("Analysis = ", piped.stdout)
+        with open("/dev/zero", "rb") as zeros:
+            endless = subprocess.run(command, cwd=self.folder, env=self.environment, stdin=zeros, capture_output=True,
+                                     timeout=60, check=False)
+        self.assertEqual(endless.returncode, 1)
+        self.assertIn(b"which cannot be a request", endless.stderr)
         # Nobody writes into this pipe, and nobody closes it.
         idle, kept = os.pipe()
         started = time.monotonic()

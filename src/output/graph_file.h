@@ -7,6 +7,9 @@
 
 namespace tessaly {
 
+/// Decimals of the graph file, in a run and asked for later.
+constexpr int kGraphDecimals = 4;
+
 /// One line for each reported scale and point of the grid: measure (logit), expected score in raw categories counted
 /// from the lowest one, the raw category nearest to it, and the probability of each of the scale's categories. The grid
 /// is the same for all scales, in equal steps of user units over all measures where an expected score is 0.1 or more

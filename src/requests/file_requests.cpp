@@ -25,8 +25,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr int kGraphDecimals = 4;
-
 /// separator=, headings= and quote=.
 void ReadSeparators(const RequestOptions& options, Settings& settings) {
   if (const auto separator = options.Text("separator")) settings.CsvDelimiter = DelimiterOf(*separator);

@@ -14,12 +14,6 @@
 
 namespace tessaly {
 
-namespace {
-
-constexpr int kGraphDecimals = 4;
-
-}  // namespace
-
 void OutputFiles::Prepare(const std::vector<std::string>& inputs) {
   Settings& s = analysis_.Settings;
   for (std::string* const name :

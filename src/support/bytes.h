@@ -8,6 +8,9 @@
 
 namespace tessaly {
 
+/// Some editors put it in front of UTF-8 text.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }

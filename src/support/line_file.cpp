@@ -9,13 +9,13 @@
 #include <cstring>
 #include <utility>
 
+#include "support/bytes.h"
 #include "support/failure.h"
 
 namespace tessaly {
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{256} << 10;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view ForeignName(std::string_view start) {
   const std::string_view mark = start.substr(0, 2);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "shell/cli/line_editor.h"
@@ -21,6 +22,8 @@ namespace {
 
 constexpr int kPatienceMilliseconds = 2000;
 constexpr const char* kPrompt = "tessaly> ";
+/// A longer line cannot be a request: something else is at standard input.
+constexpr std::size_t kLongestRequest = std::size_t{1} << 20;
 
 /// "file=out/ta" with the names that go on so.
 std::vector<std::string> FileCompletions(std::string_view line) {
@@ -39,23 +42,26 @@ std::vector<std::string> FileCompletions(std::string_view line) {
   return words;
 }
 
-/// Lines of standard input.
+/// Lines of standard input, whether LF or CR LF ends them.
 class PipedLines {
  public:
   explicit PipedLines(const TerminalUser& user) : user_(user) {}
 
-  /// A line without its end; nothing at the end of the input. Throws `Stopped` for a signal: half a line is no request.
+  /// A line without its end, the first one also without byte-order mark, or more than `kLongestRequest` bytes of a
+  /// longer line; nothing at the end of the input. Throws `Stopped` for a signal: half a line is no request.
   std::optional<std::string> Next() {
     std::size_t end = 0;
     for (std::size_t searched = 0; (end = taken_.find('\n', searched)) == std::string::npos;) {
       searched = taken_.size();
-      if (Take()) continue;
+      if (searched <= kLongestRequest && Take()) continue;
       if (taken_.empty()) return {};
       end = searched;
       break;
     }
     std::string line = taken_.substr(0, end);
     taken_.erase(0, end + 1);
+    if (line.ends_with('\r')) line.pop_back();
+    if (std::exchange(first_, false) && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
     return line;
   }
 
@@ -73,6 +79,7 @@ class PipedLines {
 
   const TerminalUser& user_;
   std::string taken_;
+  bool first_ = true;
 };
 
 /// Whether something comes or ends in the pipe at standard input.
@@ -81,7 +88,7 @@ bool PipeLives() {
   return ::poll(&input, 1, kPatienceMilliseconds) > 0;
 }
 
-bool ServePipe(Session& session, const TerminalUser& user) {
+bool ServePipe(Session& session, const TerminalUser& user, Console& console) {
   const bool lives = PipeLives();
   if (user.StopSignal() != 0) throw Stopped{StopReason::User};
   bool allWell = true;
@@ -89,6 +96,10 @@ bool ServePipe(Session& session, const TerminalUser& user) {
   PipedLines lines(user);
   while (const auto line = lines.Next()) {
     if (EndsSession(*line)) return allWell;
+    if (line->size() > kLongestRequest) {
+      console.ShowWarning("Standard input has a line of more than 1 MB, which cannot be a request: no more are read");
+      return false;
+    }
     allWell &= session.Carry(*line);
   }
   return allWell;
@@ -137,7 +148,7 @@ bool ServeTerminal(Session& session, TerminalUser& user, Console& console, const
 
 bool ServeRequests(Session& session, TerminalUser& user, Console& console, const std::string& historyFile) {
   if (user.Present()) return ServeTerminal(session, user, console, historyFile);
-  return isatty(STDIN_FILENO) != 0 || ServePipe(session, user);
+  return isatty(STDIN_FILENO) != 0 || ServePipe(session, user, console);
 }
 
 }  // namespace tessaly
