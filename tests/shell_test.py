@@ -7,6 +7,7 @@ Usage: shell_test.py PROGRAM
 import fcntl
 import os
 import pty
+import re
 import resource
 import select
 import signal
@@ -70,13 +71,19 @@ class Terminal:
         return os.waitstatus_to_exitcode(os.waitpid(self.child, 0)[1])
 
 
+def handles(process, number):
+    """Whether the program has begun to listen to a signal."""
+    status = Path(f"/proc/{process.pid}/status").read_text()
+    return int(re.search(r"SigCgt:\s*(\w+)", status)[1], 16) >> (number - 1) & 1
+
+
 class Shell(unittest.TestCase):
     def setUp(self):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.temporary = self.folder / "tmp"
         self.temporary.mkdir()
         self.environment = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary),
-                            "TESSALY_SETTINGS": os.devnull}
+                            "TESSALY_SETTINGS": os.devnull, "SOURCE_DATE_EPOCH": "0"}
 
     def start(self, *words, **options):
         return subprocess.Popen([PROGRAM, *words], cwd=self.folder, env=self.environment, text=True,
@@ -108,6 +115,24 @@ class Shell(unittest.TestCase):
             self.assertEqual(errors, "")
             self.assertNotIn("Analyzed in time of", output)
             self.assert_nothing_left()
+
+    def test_stop_signals_end_a_run_that_waits_for_its_files(self):
+        (self.folder / "spec.txt").write_text("Facets=1\nModels=?,D\nData=pipe\nLabels=\n1,a\n1-2\n")
+        os.mkfifo(self.folder / "pipe")
+        for words in (["spec.txt", "Batch=Y"], ["pipe", "Batch=Y"]):
+            for writer in (False, True):
+                # Nobody opens the pipe, or nothing comes out of it.
+                held = os.open(self.folder / "pipe", os.O_RDWR) if writer else None
+                process = self.start(*words)
+                while process.poll() is None and not handles(process, signal.SIGTERM):
+                    time.sleep(0.05)
+                time.sleep(0.3)
+                process.send_signal(signal.SIGTERM)
+                process.communicate(timeout=60)
+                if writer:
+                    os.close(held)
+                self.assertEqual(process.returncode, 143)
+                self.assert_nothing_left()
 
     def test_finish_signal_ends_the_iterations_and_the_report_is_written(self):
         process = self.start_long_run()

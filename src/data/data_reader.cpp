@@ -210,6 +210,7 @@ void ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& sp
         announce(name);
         analysis.Input = {};
         InputStack input(analysis.Input, host.console, specFolder);
+        input.PollWith(control);
         input.Open(FindDataFile(name, specFolder, host.console), "Data");
         reader.ReadFile(input);
       }

@@ -44,7 +44,9 @@ std::optional<std::string_view> InputStack::NextPhysicalLine() {
 
 void InputStack::Push(const std::string& path, std::string_view kind) {
   try {
-    files_.emplace_back(path);
+    files_.emplace_back(path, [control = control_] {
+      if (control != nullptr) control->Poll();
+    });
   } catch (const Halt&) {
     console_.ShowWarning("Failure opening " + std::string(kind) + " file: " + path);
     throw;

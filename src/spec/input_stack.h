@@ -27,7 +27,8 @@ class InputStack {
   /// current folder (empty for none).
   InputStack(InputLine& at, Console& console, std::string folder)
       : at_(at), console_(console), folder_(std::move(folder)) {}
-  /// Polls the user every so many lines: there may be millions of labels.
+  /// Polls the user every so many lines, for there may be millions of labels, and when a signal comes while a file that
+  /// is opened from now on keeps the program waiting.
   void PollWith(RunControl& control) { control_ = &control; }
 
   /// Opens the file at the bottom of the stack and sets the line number to 0. `kind` ("Specification", "Data") names it

@@ -24,11 +24,12 @@ std::string_view ForeignName(std::string_view start) {
   return {};
 }
 
-int OpenForReading(const std::string& path) {
+int OpenForReading(const std::string& path, const std::function<void()>& interrupted) {
   for (;;) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor >= 0) return descriptor;
     if (errno != EINTR) throw SystemFailure(errno);
+    if (interrupted) interrupted();
   }
 }
 
@@ -38,7 +39,8 @@ void CheckLineLength(std::size_t length) {
 
 }  // namespace
 
-LineFile::LineFile(std::string path) : path_(std::move(path)), file_(OpenForReading(path_)) {
+LineFile::LineFile(std::string path, std::function<void()> interrupted)
+    : path_(std::move(path)), interrupted_(std::move(interrupted)), file_(OpenForReading(path_, interrupted_)) {
   struct stat status = {};
   if (fstat(file_.Get(), &status) != 0) throw SystemFailure(errno);
   if (S_ISDIR(status.st_mode)) throw SystemFailure(EISDIR);
@@ -55,10 +57,10 @@ void LineFile::Refill() {
   lineEndsKnown_ = false;
   if (end_ == buffer_.size()) buffer_.resize(buffer_.empty() ? kBlock : 2 * buffer_.size());
   ssize_t count = 0;
-  do {
-    count = read(file_.Get(), buffer_.data() + end_, buffer_.size() - end_);
-  } while (count < 0 && errno == EINTR);
-  if (count < 0) throw SystemFailure(errno, path_);
+  while ((count = read(file_.Get(), buffer_.data() + end_, buffer_.size() - end_)) < 0) {
+    if (errno != EINTR) throw SystemFailure(errno, path_);
+    if (interrupted_) interrupted_();
+  }
   end_ += static_cast<std::size_t>(count);
   sourceEnded_ = count == 0;
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,8 +21,10 @@ class LineFile {
   /// Longest line that is read: a longer one cannot be a line of text.
   static constexpr std::int64_t kLongestLine = std::int64_t{64} << 20;
 
-  /// Opens `path`. Throws `Halt` with the system's error if it cannot be opened or is a folder.
-  explicit LineFile(std::string path);
+  /// Opens `path`. Throws `Halt` with the system's error if it cannot be opened or is a folder. `interrupted` is called
+  /// when a signal comes while the file (a pipe) keeps the program waiting, here or in `Next`; what it throws passes
+  /// through.
+  explicit LineFile(std::string path, std::function<void()> interrupted = nullptr);
 
   /// The next line without its line end, or nothing at the end. The view holds until the next `Next`.
   /// Throws `Halt` on a read error, with "path: system's error" as argument, and `Halt{InvalidFileFormat}` for a line
@@ -42,6 +45,7 @@ class LineFile {
   std::size_t FindLineEnd(std::size_t from);
 
   std::string path_;
+  std::function<void()> interrupted_;
   std::int64_t length_ = 0;
   FileDescriptor file_;
   std::vector<char> buffer_;
