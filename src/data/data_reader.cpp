@@ -192,12 +192,13 @@ void DataReader::ReadResponses() {
 
 }  // namespace
 
-void ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& specFolder, ObservationWriter& writer,
-              RunControl& control, Host& host) {
+std::vector<std::string> ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& specFolder,
+                                  ObservationWriter& writer, RunControl& control, Host& host) {
   DataReader reader(analysis, writer, control, host);
   const auto announce = [&](const std::string& name) {
     host.console.ShowMessage("Assigning models to Data= \"" + name + "\"");
   };
+  std::vector<std::string> opened;
   try {
     if (inlineInput != nullptr) {
       analysis.CurrentDataFile = "(" + analysis.Settings.SpecFileName + ")";
@@ -213,6 +214,7 @@ void ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& sp
         input.PollWith(control);
         input.Open(FindDataFile(name, specFolder, host.console), "Data");
         reader.ReadFile(input);
+        opened.insert(opened.end(), input.Opened().begin(), input.Opened().end());
       }
     }
   } catch (const Halt&) {
@@ -221,6 +223,7 @@ void ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& sp
     throw;
   }
   reader.Finish();
+  return opened;
 }
 
 }  // namespace tessaly

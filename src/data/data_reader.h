@@ -15,8 +15,9 @@ namespace tessaly {
 /// writes each valid response to `writer`. Fills the counters, `Unspecified`, `EmptyFacet`, the category raw counts and
 /// the responses matched to each statement; `CurrentDataFile` is the file at hand. `specFolder` is where relative file
 /// names are looked for after the current folder. Stops reading when the user asks to finish (`control.FastForward`).
-/// Throws `Halt` with `analysis.Input` at the line to blame, `Stopped` when the user leaves.
-void ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& specFolder, ObservationWriter& writer,
-              RunControl& control, Host& host);
+/// Gives the paths of the files of `Data=` that were read and of those that they include. Throws `Halt` with
+/// `analysis.Input` at the line to blame, `Stopped` when the user leaves.
+std::vector<std::string> ReadData(Analysis& analysis, InputStack* inlineInput, const std::string& specFolder,
+                                  ObservationWriter& writer, RunControl& control, Host& host);
 
 }  // namespace tessaly

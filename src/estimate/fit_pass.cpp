@@ -74,8 +74,8 @@ void FitPass::PrepareFacets() {
     for (const ElementIndex element : facet.Elements()) {
       const ElementStatus status = elements.ElementStatus[element];
       if (status == ElementStatus::Unobserved) continue;
-      facet.FacetLabelWidth =
-          std::max(facet.FacetLabelWidth, DisplayLength(elements.ElementLabel[element], analysis_.Settings.Encoding));
+      facet.FacetLabelWidth = std::clamp(DisplayLength(elements.ElementLabel[element], analysis_.Settings.Encoding),
+                                         facet.FacetLabelWidth, kWidestLabel);
       if (!Measurable(status)) continue;
       sum += static_cast<double>(elements.ElementMeasure[element]);
       ++count;

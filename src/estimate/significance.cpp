@@ -78,6 +78,8 @@ WelchResult WelchTest(double t, double n1, double n2, double e1, double e2) {
   const double divisor = e2 * e2 * (n1 - 1) + e1 * e1 * (n2 - 1);
   if (!(divisor > 0)) return {};
   const double freedom = std::trunc((e1 + e2) * (e1 + e2) * (n1 - 1) * (n2 - 1) / divisor);
+  // Counts of huge weights leave double precision.
+  if (std::isnan(freedom)) return {};
   const auto whole = static_cast<std::int64_t>(std::min(freedom, kMostFreedom));
   return {whole, StudentProbability(t, whole)};
 }

@@ -189,7 +189,7 @@ class ScoreLines {
     int width = facet_.FacetLabelWidth;
     if (settings_.OmitUnobserved) return width;
     for (const ElementIndex element : facet_.Elements())
-      width = std::max(width, DisplayLength(elements_.ElementLabel[element], settings_.Encoding));
+      width = std::clamp(DisplayLength(elements_.ElementLabel[element], settings_.Encoding), width, kWidestLabel);
     return width;
   }
 

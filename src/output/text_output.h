@@ -16,10 +16,10 @@ namespace tessaly {
 /// Writes lines that end in CR LF, as those of the report do. `Close` tells whether all of them reached the disk.
 class TextOutput {
  public:
-  /// Creates or empties `path`. With `control`, polls the user every so many lines. Throws `Halt` with the system's
-  /// error.
-  explicit TextOutput(std::string path, RunControl* control = nullptr)
-      : file_(std::in_place, std::move(path)), control_(control) {}
+  /// Creates or empties `path` as `opening` says; see `OutputFile`. With `control`, polls the user every so many lines.
+  explicit TextOutput(std::string path, RunControl* control = nullptr,
+                      OutputFile::Opening opening = OutputFile::Opening::Now)
+      : file_(std::in_place, std::move(path), opening), control_(control) {}
   /// Sends the lines to `screen` instead.
   explicit TextOutput(Console& screen) : screen_(&screen) {}
 

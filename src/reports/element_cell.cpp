@@ -18,7 +18,7 @@ std::string ElementCell(const Facet& facet, ElementIndex element, const ElementT
 
 std::string FacetHead(const Facet& facet, const TextEncoding& encoding) {
   if (facet.FacetLabelWidth == 0) return {};
-  const int width = std::max(DisplayLength(facet.FacetLabel, encoding), facet.FacetLabelWidth) + 1;
+  const int width = std::clamp(DisplayLength(facet.FacetLabel, encoding), facet.FacetLabelWidth, kWidestLabel) + 1;
   return CutOrPad("Num", facet.FacetNumberWidth) + " " + PadToWidth(facet.FacetLabel, width, encoding);
 }
 

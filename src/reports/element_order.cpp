@@ -31,12 +31,12 @@ float Further(float infit, float outfit) {
   return std::fabs(outfit) > std::fabs(infit) ? outfit : infit;
 }
 
-/// Makes the sort keys of a facet's elements.
+/// Makes the sort keys of elements.
 class ElementKeys {
  public:
-  ElementKeys(const Facet& facet, const ElementTable& elements, std::string_view letters)
+  ElementKeys(const std::vector<ElementIndex>& members, const ElementTable& elements, std::string_view letters)
       : elements_(elements), letters_(letters) {
-    for (const ElementIndex element : facet.Elements())
+    for (const ElementIndex element : members)
       longestLabel_ = std::max(longestLabel_, elements_.ElementLabel[element].size());
   }
 
@@ -106,15 +106,14 @@ class ElementKeys {
 
 }  // namespace
 
-std::vector<ElementIndex> SortElements(const Facet& facet, const ElementTable& elements, std::string_view letters,
-                                       bool omitUnobserved, RunControl& control, std::int32_t group) {
-  const ElementKeys maker(facet, elements, letters);
+std::vector<ElementIndex> SortElements(const std::vector<ElementIndex>& members, const ElementTable& elements,
+                                       std::string_view letters, bool omitUnobserved, RunControl& control) {
+  const ElementKeys maker(members, elements, letters);
   std::vector<std::string> keys;
   const auto poll = [&] { control.Poll(); };
-  for (const ElementIndex element : facet.Elements()) {
+  for (const ElementIndex element : members) {
     if (element.value % kElementsBetweenPolls == 0) poll();
     if (elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
-    if (group > 0 && std::abs(elements.ElementGroup[element]) != group) continue;
     if (omitUnobserved && elements.ElementStats[element].AllCount == 0) continue;
     keys.push_back(maker.Key(element));
   }

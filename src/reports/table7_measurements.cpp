@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <set>
+#include <map>
+#include <utility>
 #include <vector>
 
 #include "reports/arrangement.h"
@@ -55,30 +56,33 @@ class FacetTables {
  private:
   /// The groups that get tables of their own; 0 is the whole facet.
   void FindGroups() {
-    std::set<std::int32_t> met;
+    std::vector<ElementIndex> all;
     for (const ElementIndex element : facet_.Elements()) {
       if (analysis_.Elements.ElementStatus[element] == ElementStatus::Unobserved) continue;
-      met.insert(std::abs(analysis_.Elements.ElementGroup[element]));
+      all.push_back(element);
+      members_[std::abs(analysis_.Elements.ElementGroup[element])].push_back(element);
     }
-    if (met.empty()) return;
-    highestGroup_ = *met.rbegin();
-    groupsDiffer_ = met.size() > 1;
+    if (members_.empty()) return;
+    highestGroup_ = members_.rbegin()->first;
+    groupsDiffer_ = members_.size() > 1;
     if (!groupsDiffer_ || facet_.HasFlag(kNoGroupTables)) {
       groups_ = {groupsDiffer_ ? 0 : highestGroup_};
-      return;
+    } else {
+      for (const auto& [group, members] : members_) groups_.push_back(group);
     }
-    groups_.assign(met.begin(), met.end());
+    members_[0] = std::move(all);
   }
 
-  bool InGroup(ElementIndex element, std::int32_t group) const {
-    return group == 0 || std::abs(analysis_.Elements.ElementGroup[element]) == group;
+  /// Their elements that have a row; group 0 has those of all groups.
+  std::vector<ElementIndex> Sorted(std::int32_t group, std::string_view letters) const {
+    return SortElements(members_.at(group), analysis_.Elements, letters, settings_.OmitUnobserved, control_);
   }
 
   std::int32_t ReportedElements(std::int32_t group) const {
     std::int32_t count = 0;
-    for (const ElementIndex element : facet_.Elements()) {
+    for (const ElementIndex element : members_.at(group)) {
       if (analysis_.Elements.ElementStatus[element] != ElementStatus::Unobserved &&
-          analysis_.Elements.ElementStats[element].AllCount > 0 && InGroup(element, group))
+          analysis_.Elements.ElementStats[element].AllCount > 0)
         ++count;
     }
     return count;
@@ -122,8 +126,7 @@ class FacetTables {
     }
     frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
     if (groupsDiffer_ && group > 0) report_.WriteTableLine(GroupLine(group));
-    const std::vector<ElementIndex> order =
-        SortElements(facet_, analysis_.Elements, arrangement.Letters, settings_.OmitUnobserved, control_, group);
+    const std::vector<ElementIndex> order = Sorted(group, arrangement.Letters);
     RowSummaries summaries;
     for (const ElementIndex element : order) {
       frame.RepeatColumns();
@@ -168,9 +171,7 @@ class FacetTables {
     frame.BeginColumns(layout_.HeadLines, layout_.RuleTemplate);
     for (const std::int32_t group : groups) {
       RowSummaries summaries;
-      for (const ElementIndex element :
-           SortElements(facet_, analysis_.Elements, "N", settings_.OmitUnobserved, control_, group))
-        rows_.Summarize(element, summaries);
+      for (const ElementIndex element : Sorted(group, "N")) rows_.Summarize(element, summaries);
       if (group != groups.front()) frame.WriteRule(RuleKind::Middle);
       for (const std::string& line : SummaryLines(summaries, group)) frame.WriteRow(line);
     }
@@ -186,6 +187,8 @@ class FacetTables {
   Console& console_;
   MeasurementRows rows_;
   MeasurementLayout layout_;
+  /// Those that were observed, by group; all of the facet under 0, which is also the group of those without one.
+  std::map<std::int32_t, std::vector<ElementIndex>> members_;
   std::vector<std::int32_t> groups_;
   std::int32_t highestGroup_ = 0;
   bool groupsDiffer_ = false;

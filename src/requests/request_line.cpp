@@ -57,7 +57,11 @@ class WordReader {
   std::string_view text_;
 };
 
+/// Far more than any request has.
+constexpr std::size_t kMostOptions = 100;
+
 void AddOption(std::string name, std::string value, RequestLine& request) {
+  if (request.Options.size() >= kMostOptions) throw Refusal{"A request has at most 100 options. Please give fewer"};
   const auto given = [&](const RequestLine::Option& other) { return other.Name == name; };
   if (std::any_of(request.Options.begin(), request.Options.end(), given))
     throw Refusal{QuotedLine(name) + "= is given twice. Please give it once, with commas between its values"};

@@ -8,6 +8,7 @@
 #include "support/bytes.h"
 #include "support/failure.h"
 #include "support/file_identity.h"
+#include "support/output_file.h"
 #include "support/work_file.h"
 
 namespace tessaly {
@@ -81,9 +82,9 @@ RequestOutput::RequestOutput(const RequestOptions& options, SessionState& sessio
 }
 
 void RequestOutput::RefuseTaken(const std::string& name) const {
-  const std::vector<std::string>& files = session_.Run.Files;
-  if (std::any_of(files.begin(), files.end(), [&](const std::string& other) { return SameFile(name, other); }))
-    throw Refusal{"\"" + name + "\" is a file of this analysis. Please give another name"};
+  for (const std::vector<std::string>* files : {&session_.Run.Files, &session_.Run.OtherInputs})
+    if (std::any_of(files->begin(), files->end(), [&](const std::string& other) { return SameFile(name, other); }))
+      throw Refusal{"\"" + name + "\" is a file of this analysis. Please give another name"};
 }
 
 std::string RequestOutput::Name(std::string_view prefix, std::string_view extension) const {
@@ -126,7 +127,8 @@ void RequestOutput::LinesOf(const std::string& name, std::string_view label, con
   RunControl control(session_.Host.user);
   control.Phase = Phase::Reports;
   Attempt(name, [&] {
-    TextOutput file(name, &control);
+    CheckWritable(name);
+    TextOutput file(name, &control, OutputFile::Opening::WithFirstBlock);
     write(file, control, session_.Host.console);
     file.Close();
   });

@@ -22,6 +22,8 @@ struct FinishedRun {
   std::vector<std::string> ExtraSpecs;
   /// The files that the run has read and written: nothing else may overwrite them.
   std::vector<std::string> Files;
+  /// Files of settings and requests, which may not be overwritten either.
+  std::vector<std::string> OtherInputs;
 };
 
 }  // namespace tessaly

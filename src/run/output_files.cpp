@@ -1,6 +1,6 @@
 #include "run/output_files.h"
 
-#include <algorithm>
+#include <set>
 
 #include "output/anchor_file.h"
 #include "output/graph_file.h"
@@ -38,12 +38,12 @@ std::vector<std::string> OutputFiles::Names() const {
 }
 
 void OutputFiles::RefuseOverwriting(const std::vector<std::string>& inputs) const {
-  std::vector<std::string> taken = inputs;
+  std::set<std::string> taken;
+  for (const std::string& name : inputs) taken.insert(FileIdentity(name));
   for (const std::string& name : Names()) {
-    if (std::any_of(taken.begin(), taken.end(), [&](const std::string& other) { return SameFile(name, other); }))
+    if (!taken.insert(FileIdentity(name)).second)
       throw Halt{FailureCode::IncompatibleFile,
                  "an output file would overwrite \"" + name + "\". Please give each file a name of its own"};
-    taken.push_back(name);
   }
 }
 

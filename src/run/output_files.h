@@ -23,6 +23,8 @@ class OutputFiles {
   /// Refuses names of files that are read (`inputs`) or written otherwise, then tries each file: one that takes no
   /// writing loses its name. Throws `Halt{IncompatibleFile}`.
   void Prepare(const std::vector<std::string>& inputs);
+  /// Throws `Halt{IncompatibleFile}` if a file is one of `inputs`, or two of them are one.
+  void RefuseOverwriting(const std::vector<std::string>& inputs) const;
 
   /// The anchor file, with the extra specifications of the command line. Throws `Halt` if it cannot be written.
   void WriteAnchors(const std::vector<std::string>& extraSpecs, RunControl& control);
@@ -35,7 +37,6 @@ class OutputFiles {
   bool AnyFailed() const { return anyFailed_; }
 
  private:
-  void RefuseOverwriting(const std::vector<std::string>& inputs) const;
   void Try(std::string& name, std::string_view message, std::string_view what);
   /// Hands the file `name`, if there is a name, to `write`.
   template <class Write>

@@ -33,6 +33,7 @@
 #include "reports/table8_categories.h"
 #include "reports/table_frame.h"
 #include "run/bias_runs.h"
+#include "run/data_includes.h"
 #include "run/output_files.h"
 #include "run/random_seed.h"
 #include "run/recent_files.h"
@@ -105,8 +106,8 @@ class AnalysisRun {
     if (!unexpected_) return {};
     std::vector<std::string> files = Inputs();
     for (const std::string& name : outputs_.Names()) files.push_back(name);
-    return FinishedRun{std::move(*store_),      std::move(*kernel_),     dataFit_,
-                       std::move(*unexpected_), commandLine_.ExtraSpecs, std::move(files)};
+    return FinishedRun{std::move(*store_),      std::move(*kernel_), dataFit_,     std::move(*unexpected_),
+                       commandLine_.ExtraSpecs, std::move(files),    OtherInputs()};
   }
 
  private:
@@ -174,7 +175,7 @@ class AnalysisRun {
                            std::string(kReportPurpose));
       throw Halt{FailureCode::WorkFileProblem, {}};
     }
-    outputs_.Prepare(Inputs());
+    outputs_.Prepare(AllInputs());
   }
 
   /// The name that the specification leads to, or one that the user prefers.
@@ -190,15 +191,39 @@ class AnalysisRun {
 
   bool MayAsk() const { return shell_.user.Present() && !commandLine_.Batch && !analysis_.Settings.BatchOption; }
 
+  std::vector<std::string> DataFiles() const {
+    std::vector<std::string> files;
+    for (const std::string& data : DataFileNames(analysis_.Settings.DataFileName))
+      files.push_back(FindInputFile(data, folder_));
+    return files;
+  }
+
+  /// Files of the analysis: those that the data include are known once the data have been read.
   std::vector<std::string> Inputs() const {
     std::vector<std::string> inputs = input_->Opened();
-    for (const std::string& data : DataFileNames(analysis_.Settings.DataFileName))
-      inputs.push_back(FindInputFile(data, folder_));
+    const std::vector<std::string> data = readData_.empty() ? DataFiles() : readData_;
+    inputs.insert(inputs.end(), data.begin(), data.end());
     return inputs;
   }
 
-  void RefuseOverwriting(const std::string& name) const {
-    const std::vector<std::string> inputs = Inputs();
+  std::vector<std::string> OtherInputs() const {
+    std::vector<std::string> inputs = LocateSettings(environment_).SettingsFiles;
+    inputs.insert(inputs.end(), commandLine_.OtherInputs.begin(), commandLine_.OtherInputs.end());
+    return inputs;
+  }
+
+  std::vector<std::string> AllInputs() const {
+    std::vector<std::string> inputs = Inputs();
+    for (std::string& input : OtherInputs()) inputs.push_back(std::move(input));
+    return inputs;
+  }
+
+  void RefuseOverwriting(const std::string& name) {
+    std::vector<std::string> inputs = AllInputs();
+    // The report is opened before the data are read. Earlier reports are not looked for in them.
+    if (HoldsOtherText(name)) {
+      for (std::string& included : IncludedByData(DataFiles(), folder_)) inputs.push_back(std::move(included));
+    }
     if (std::none_of(inputs.begin(), inputs.end(), [&](const std::string& input) { return SameFile(name, input); }))
       return;
     throw Halt{FailureCode::IncompatibleFile,
@@ -224,13 +249,15 @@ class AnalysisRun {
     report_.SelectTable(2);
     StartDataSummaryTable(analysis_, report_, console_);
     inData_ = true;
-    ReadData(analysis_, analysis_.Settings.InlineData ? &*input_ : nullptr, folder_, writer, control_, host_);
+    readData_ =
+        ReadData(analysis_, analysis_.Settings.InlineData ? &*input_ : nullptr, folder_, writer, control_, host_);
     store_.emplace(std::move(writer).Seal());
     if (analysis_.Settings.PtBiserial == 'Y' || analysis_.Settings.PtBiserial == 'I') {
       pointBiserial_.emplace(analysis_, *store_, control_, console_);
       pointBiserial_->CountsForCorrelation();
     }
     analysis_.Input = {};
+    outputs_.RefuseOverwriting(AllInputs());
     WriteDataSummary(analysis_, report_, console_);
     if (store_->ValidResponses() == 0) throw Halt{FailureCode::NoUsableData, {}};
     SetNumberWidths();
@@ -380,6 +407,8 @@ class AnalysisRun {
   InitialSettings initial_;
   OutputFiles outputs_{analysis_, console_};
   std::optional<InputStack> input_;
+  /// The files of `Data=` and what they include, once they have been read.
+  std::vector<std::string> readData_;
   std::string folder_;
   std::string location_;
   bool inData_ = false;

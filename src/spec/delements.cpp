@@ -22,7 +22,7 @@ Identifiers IdentifiersOf(std::string_view item) {
 
 void TellIgnored(std::string_view item, std::string_view delements, Console& console) {
   console.ShowMessage("");
-  console.ShowWarning("Warning (17)! " + std::string(item) + " in Delements=\"" + std::string(delements) +
+  console.ShowWarning("Warning (17)! " + QuotedLine(item) + " in Delements=\"" + QuotedLine(delements) +
                       "\" ignored, not N or L");
 }
 

@@ -19,6 +19,8 @@ struct CommandLine {
   /// Words `keyword=value`, in order.
   std::vector<std::string> ExtraSpecs;
   bool Batch = false;
+  /// Files that the shell reads, which no output may overwrite.
+  std::vector<std::string> OtherInputs;
   /// The whole line, if it holds a comment that is to be shown (";;").
   std::vector<std::string> Comments;
 };

@@ -11,6 +11,9 @@ std::optional<std::string_view> SpecReader::ReadLine() {
   if (std::exchange(unread_, false)) return work_;
   while (const std::optional<std::string_view> raw = input_.NextRawLine()) {
     if (raw->size() > kLongestLine) throw Halt{FailureCode::InvalidFileFormat, {}};
+    length_ += raw->size() + 1;
+    if (length_ > kLongestSpecification)
+      throw Halt{FailureCode::IncompatibleFile, "the specification has more than 512 MB: do files include each other?"};
     if (HasVisibleComment(*raw)) comments_.emplace_back(*raw);
     CleanLine(*raw, true, work_);
     if (!work_.empty()) return work_;

@@ -17,6 +17,9 @@ enum class Centering : std::int16_t {
   CenteredWithExtremes = 1,
 };
 
+/// Columns that a label has at most in tables: longer ones are cut there.
+constexpr int kWidestLabel = 1000;
+
 /// One facet.
 struct Facet {
   std::string FacetLabel;
@@ -44,7 +47,8 @@ struct Facet {
   std::string FacetNullLabel;
   /// Mean measure (logit) of the facet's measured elements, for the mean form of `Fair=`.
   float FacetMeanMeasure = 0;
-  /// Widest element number and label in report columns; a label width of 0 marks a facet with nothing to print.
+  /// Widest element number and label in report columns, labels up to `kWidestLabel`; a label width of 0 marks a facet
+  /// with nothing to print.
   int FacetNumberWidth = 0;
   int FacetLabelWidth = 0;
 

@@ -18,11 +18,11 @@ namespace {
 /// As `umask` restricts it.
 constexpr mode_t kNewFileMode = 0666;
 
+/// Not valid, with the reason in `errno`, if the system refuses.
 FileDescriptor OpenToWrite(const std::string& path, int flags) {
   for (;;) {
     FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, kNewFileMode));
-    if (file.Valid()) return file;
-    if (errno != EINTR) throw SystemFailure(errno);
+    if (file.Valid() || errno != EINTR) return file;
   }
 }
 
@@ -42,25 +42,42 @@ int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)()) {
 void CheckWritable(const std::string& path) {
   struct stat status = {};
   const bool existed = stat(path.c_str(), &status) == 0;
-  OpenToWrite(path, O_APPEND);
+  if (existed && S_ISFIFO(status.st_mode)) {
+    // Who reads from the pipe would take the end of a trial for that of the file.
+    if (access(path.c_str(), W_OK) != 0) throw SystemFailure(errno);
+    return;
+  }
+  if (!OpenToWrite(path, O_APPEND).Valid()) throw SystemFailure(errno);
   // A link that leads nowhere is the user's, and only what it leads to is new.
   char target[PATH_MAX];
   if (!existed && realpath(path.c_str(), target) != nullptr) unlink(target);
 }
 
-OutputFile::OutputFile(std::string path) : path_(std::move(path)), file_(OpenToWrite(path_, O_TRUNC)) {}
+OutputFile::OutputFile(std::string path, Opening opening)
+    : path_(std::move(path)), waits_(opening == Opening::WithFirstBlock) {
+  if (waits_) return;
+  OpenFile();
+  if (error_ != 0) throw SystemFailure(error_);
+}
+
+void OutputFile::OpenFile() {
+  waits_ = false;
+  file_ = OpenToWrite(path_, O_TRUNC);
+  if (!file_.Valid()) error_ = errno;
+}
 
 void OutputFile::WriteBlock() {
+  if (waits_ && !block_.empty()) OpenFile();
   if (file_.Valid() && error_ == 0) error_ = WriteAll(file_.Get(), block_);
   block_.clear();
 }
 
 void OutputFile::Close() {
-  if (!file_.Valid()) return;
   WriteBlock();
-  const int closed = file_.Close();
+  if (waits_) OpenFile();
+  const int closed = file_.Valid() ? file_.Close() : 0;
   if (error_ == 0) error_ = closed;
-  if (error_ != 0) throw SystemFailure(error_);
+  if (const int error = std::exchange(error_, 0); error != 0) throw SystemFailure(error);
 }
 
 }  // namespace tessaly

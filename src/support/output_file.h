@@ -19,8 +19,11 @@ void CheckWritable(const std::string& path);
 /// A file being written. What opens it closes it: `Close` says whether everything reached the disk.
 class OutputFile {
  public:
-  /// Creates or empties `path`. Throws `Halt` with the system's error.
-  explicit OutputFile(std::string path);
+  enum class Opening { Now, WithFirstBlock };
+
+  /// Creates or empties `path`, now or when there is something to write: what is refused until then leaves the file as
+  /// it was. Throws `Halt` with the system's error if that is now; otherwise the failure shows at `Close`.
+  explicit OutputFile(std::string path, Opening opening = Opening::Now);
   /// What was written remains, though nobody can tell whether it reached the disk.
   ~OutputFile() { WriteBlock(); }
   OutputFile(OutputFile&& other) noexcept = default;
@@ -40,9 +43,11 @@ class OutputFile {
  private:
   static constexpr std::size_t kBlock = 65536;
 
+  void OpenFile();
   void WriteBlock();
 
   std::string path_;
+  bool waits_ = false;
   FileDescriptor file_;
   /// What is not yet written.
   std::string block_;

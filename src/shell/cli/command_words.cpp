@@ -11,11 +11,19 @@ namespace {
 
 constexpr std::string_view kRequest = "--request";
 constexpr std::string_view kRequests = "--requests";
+/// A longer file is none of requests, or a device without end.
+constexpr std::size_t kLongestRequests = std::size_t{1} << 24;
 
 void AddFile(const std::string& name, CommandWords& words) {
   try {
     LineFile file(name);
-    while (const auto line = file.Next()) words.Requests.emplace_back(*line);
+    words.RequestFiles.push_back(name);
+    std::size_t length = 0;
+    while (const auto line = file.Next()) {
+      length += line->size() + 1;
+      if (length > kLongestRequests) throw Halt{FailureCode::InvalidFileFormat, {}};
+      words.Requests.emplace_back(*line);
+    }
   } catch (const Halt& halt) {
     words.Problem = "Failure opening the file of requests " + name + ": " + FailureText(halt, {});
   }

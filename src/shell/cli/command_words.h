@@ -11,6 +11,8 @@ struct CommandWords {
   std::vector<std::string> Analysis;
   /// In the order of the command line, those of files line by line.
   std::vector<std::string> Requests;
+  /// The files of `Requests`.
+  std::vector<std::string> RequestFiles;
   /// Why the words cannot be used; empty if they can.
   std::string Problem;
 };

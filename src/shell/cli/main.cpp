@@ -121,6 +121,7 @@ int Analyse(const tessaly::CommandWords& words, BatchConsole& console, tessaly::
     console.ShowWarning(tessaly::FailureLine(halt, {}, 0));
     return kHalted;
   }
+  commandLine.OtherInputs = words.RequestFiles;
   WarnOfRequests(words.Requests, console);
   tessaly::Analysis analysis;
   tessaly::RunResult result = tessaly::RunAnalysis(analysis, commandLine, host, Environment());

@@ -48,7 +48,9 @@ struct Bed {
     User user;
     RunControl control(user);
     std::vector<int> order;
-    for (const ElementIndex element : SortElements(TheFacet, Elements, letters, omit, control))
+    std::vector<ElementIndex> all;
+    for (const ElementIndex element : TheFacet.Elements()) all.push_back(element);
+    for (const ElementIndex element : SortElements(all, Elements, letters, omit, control))
       order.push_back(element.value);
     return order;
   }

@@ -43,8 +43,8 @@ TEST(ReadSpecification, ALineTooLongToBeOneIsNotText) {
     const std::string keyword = "Title=";
     return SpecRun(keyword + std::string(length - keyword.size(), 'x') + "\n" + WithTwoFacets("Data=d.txt"));
   };
-  EXPECT_EQ(titled(1 << 20).Error, "");
-  EXPECT_EQ(titled((1 << 20) + 1).Error, "Error F44 in line 1: Invalid file format: not in DOS-Text (ASCII) format.");
+  EXPECT_EQ(titled(1 << 16).Error, "");
+  EXPECT_EQ(titled((1 << 16) + 1).Error, "Error F44 in line 1: Invalid file format: not in DOS-Text (ASCII) format.");
 }
 
 /// A specification with one of everything.
