@@ -134,6 +134,14 @@ class Shell(unittest.TestCase):
                 self.assertEqual(process.returncode, 143)
                 self.assert_nothing_left()
 
+    def test_an_output_file_may_be_a_pipe(self):
+        (self.folder / "spec.txt").write_text(specification(20))
+        os.mkfifo(self.folder / "pipe")
+        with subprocess.Popen(["cat", "pipe"], cwd=self.folder, stdout=subprocess.PIPE, text=True) as reader:
+            self.assertEqual(self.run_program("spec.txt", "Batch=Y", "Residualfile=pipe.txt")[0], 0)
+            self.assertEqual(self.run_program("spec.txt", "Batch=Y", "Scorefile=", "Residualfile=./pipe")[0], 0)
+            self.assertEqual(reader.stdout.read(), (self.folder / "pipe.txt").read_text())
+
     def test_finish_signal_ends_the_iterations_and_the_report_is_written(self):
         process = self.start_long_run()
         process.send_signal(signal.SIGUSR1)

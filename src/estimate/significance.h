@@ -29,8 +29,8 @@ struct WelchResult {
 };
 
 /// The test of `t`, the difference of two values from `n1` and `n2` observations over its standard error, with error
-/// variances `e1` and `e2`, which need not be equal (Welch 1947; Satterthwaite 1946). All 0 if a count is not above 1
-/// or there is no error.
+/// variances `e1` and `e2`, which need not be equal (Welch 1947; Satterthwaite 1946). All 0 if a count is not above 1,
+/// there is no error, or the counts leave double precision.
 WelchResult WelchTest(double t, double n1, double n2, double e1, double e2);
 
 }  // namespace tessaly

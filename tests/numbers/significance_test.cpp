@@ -65,5 +65,13 @@ TEST(Significance, Student) {
   EXPECT_NEAR(double(StudentProbability(std::numeric_limits<double>::infinity(), 5)), 0, 1e-9);
 }
 
+TEST(Significance, WelchOfCountsBeyondDoublePrecisionHasNoFreedom) {
+  const WelchResult known = WelchTest(2, 10, 10, 1, 1);
+  EXPECT_EQ(known.Freedom, 18) << "equal errors and counts: n1 + n2 - 2";
+  const WelchResult beyond = WelchTest(2, 1e200, 1e200, 1e100, 1e100);
+  EXPECT_EQ(beyond.Freedom, 0);
+  EXPECT_EQ(beyond.Probability, WelchTest(2, 1, 1, 1, 1).Probability);
+}
+
 }  // namespace
 }  // namespace tessaly

@@ -57,6 +57,19 @@ TEST(OutputFile, AllIsThereOrCloseSaysWhyNot) {
   EXPECT_EQ(Contents(path), "left") << "a run that is stopped keeps what it wrote";
 }
 
+TEST(OutputFile, OpensWithItsFirstBlockIfToldSo) {
+  const TestFolder folder;
+  const std::string path = folder.Write("file", "kept");
+  { const OutputFile unused(path, OutputFile::Opening::WithFirstBlock); }
+  EXPECT_EQ(Contents(path), "kept");
+  OutputFile empty(path, OutputFile::Opening::WithFirstBlock);
+  EXPECT_EQ(ErrorOf(empty), 0);
+  EXPECT_EQ(Contents(path), "") << "an empty file was asked for";
+  OutputFile late(folder.Path() + "none/file", OutputFile::Opening::WithFirstBlock);
+  late.Write(std::string(1 << 20, 'x'));
+  EXPECT_EQ(ErrorOf(late), ENOENT);
+}
+
 TEST(OutputFile, TryingToWriteChangesNothing) {
   const TestFolder folder;
   const std::string path = folder.Write("file", "kept");
