@@ -41,7 +41,8 @@ void OutputFiles::RefuseOverwriting(const std::vector<std::string>& inputs) cons
   std::set<std::string> taken;
   for (const std::string& name : inputs) taken.insert(FileIdentity(name));
   for (const std::string& name : Names()) {
-    if (!taken.insert(FileIdentity(name)).second)
+    const std::string identity = FileIdentity(name);
+    if (!identity.empty() && !taken.insert(identity).second)
       throw Halt{FailureCode::IncompatibleFile,
                  "an output file would overwrite \"" + name + "\". Please give each file a name of its own"};
   }

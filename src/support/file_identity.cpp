@@ -20,9 +20,11 @@ constexpr int kMostLinks = 40;
 std::string FileIdentity(const std::string& path) {
   if (path.empty()) return {};
   struct stat status = {};
-  if (stat(path.c_str(), &status) == 0)
+  if (stat(path.c_str(), &status) == 0) {
+    if (S_ISCHR(status.st_mode)) return {};
     return BareText(static_cast<std::int64_t>(status.st_dev)) + ":" +
            BareText(static_cast<std::int64_t>(status.st_ino));
+  }
   std::filesystem::path place(path);
   std::error_code error;
   for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(place, error); ++links)

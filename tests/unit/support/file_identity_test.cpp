@@ -27,6 +27,7 @@ TEST(SameFile, SeesThroughLinksAndFolders) {
     EXPECT_TRUE(SameFile(here + name, here + "new")) << name;
   EXPECT_TRUE(SameFile(here + "round", here + "round"));
   EXPECT_FALSE(SameFile("", ""));
+  EXPECT_FALSE(SameFile("/dev/null", "/dev/null")) << "nothing is lost there";
 }
 
 }  // namespace
