@@ -23,13 +23,20 @@ class RecodeTable {
   std::optional<std::int32_t> Target(std::string_view datum) const;
 
  private:
+  void LayRanges(const std::vector<RecodeRule>& rules);
+  std::size_t PieceOfEnd(double end) const;
+
   struct TextHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
   };
 
   std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> exact_;
-  std::vector<RecodeRule> ranges_;
+  /// Both ends of all ranges, ascending. They cut the number line into pieces: each end by itself (piece 2i for end i)
+  /// and what lies between two (piece 2i + 1).
+  std::vector<double> ends_;
+  /// Target of the first range that holds the piece.
+  std::vector<std::optional<std::int32_t>> targets_;
 };
 
 }  // namespace tessaly

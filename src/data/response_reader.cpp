@@ -112,9 +112,12 @@ bool ResponseReader::CountMissing(std::string_view datum) {
 }
 
 StatementNumber ResponseReader::MatchInOrder(const DataLine& line, const LineReferences& references) {
-  for (const StatementNumber number : analysis_.Models.Statements.all()) {
-    const StatementMeeting meeting =
-        MeetStatement(analysis_.Models.Statements[number], references.Numbers(), references.Elements());
+  const auto& statements = analysis_.Models.Statements;
+  // Only a trace shows the statements that are passed over.
+  StatementNumber number =
+      trace_.On() ? StatementNumber{0} : matcher_.FirstToSettle(references.Numbers(), references.Elements());
+  for (; number != kNoStatement && number.value < statements.size(); ++number) {
+    const StatementMeeting meeting = MeetStatement(statements[number], references.Numbers(), references.Elements());
     if (meeting.Result == StatementMeeting::Outcome::Matches) {
       trace_.Show(QueryState::Matched, " model" + GeneralText(number.value + 1));
       return number;

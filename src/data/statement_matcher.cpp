@@ -12,6 +12,10 @@ bool Restricts(const ModelStatement& statement, PositionNumber position) {
   return statement.ModelLow[position] >= 0;
 }
 
+void Mark(std::uint64_t* words, std::size_t bit) {
+  words[bit / kBitsPerWord] |= std::uint64_t{1} << (bit % kBitsPerWord);
+}
+
 /// The element numbers at which a range begins or has just ended.
 std::vector<std::int32_t> RangeCuts(const Table<StatementNumber, ModelStatement, 0>& statements,
                                     IndexRange<StatementNumber> block, PositionNumber position) {
@@ -55,13 +59,18 @@ StatementMatcher::Block StatementMatcher::MakeBlock(const Table<StatementNumber,
   const std::int32_t last = std::min(first + kStatementsPerBlock, statements.size()) - 1;
   const IndexRange<StatementNumber> inBlock({first}, {last});
   const auto count = static_cast<std::size_t>(last - first) + 1;
-  Block block{first, (count + kBitsPerWord - 1) / kBitsPerWord, {}, {}};
+  Block block{first, (count + kBitsPerWord - 1) / kBitsPerWord, {}, {}, {}};
   block.All.assign(block.Words, ~std::uint64_t{0});
   if (count % kBitsPerWord != 0) block.All.back() = (std::uint64_t{1} << (count % kBitsPerWord)) - 1;
 
-  for (const PositionNumber position : statements[{first}].ModelLow.all()) {
-    RestrictedPosition restricted{
-        static_cast<std::size_t>(position.value - 1), RangeCuts(statements, inBlock, position), {}};
+  const auto& positions = statements[{first}].ModelLow;
+  block.Ignores.assign(static_cast<std::size_t>(positions.size()) * block.Words, 0);
+  for (const PositionNumber position : positions.all()) {
+    const auto at = static_cast<std::size_t>(position.value - 1);
+    for (const StatementNumber number : inBlock)
+      if (statements[number].ModelLow[position] == kIgnoredPosition)
+        Mark(&block.Ignores[at * block.Words], static_cast<std::size_t>(number.value - first));
+    RestrictedPosition restricted{at, RangeCuts(statements, inBlock, position), {}};
     if (restricted.Cuts.empty()) continue;
     const std::size_t pieces = restricted.Cuts.size() + 1;
     restricted.Takes.assign(pieces * block.Words, 0);
@@ -72,12 +81,17 @@ StatementMatcher::Block StatementMatcher::MakeBlock(const Table<StatementNumber,
         const bool inside = piece > 0 && restricted.Cuts[piece - 1] >= statement.ModelLow[position] &&
                             restricted.Cuts[piece - 1] <= statement.ModelHigh[position];
         if (Restricts(statement, position) && !inside) continue;
-        restricted.Takes[piece * block.Words + bit / kBitsPerWord] |= std::uint64_t{1} << (bit % kBitsPerWord);
+        Mark(&restricted.Takes[piece * block.Words], bit);
       }
     }
     block.Restricted.push_back(std::move(restricted));
   }
   return block;
+}
+
+const std::uint64_t* StatementMatcher::RestrictedPosition::TakesOf(std::int32_t number, std::size_t words) const {
+  const auto piece = static_cast<std::size_t>(std::upper_bound(Cuts.begin(), Cuts.end(), number) - Cuts.begin());
+  return &Takes[piece * words];
 }
 
 StatementNumber StatementMatcher::FirstOfBlocks(const std::int32_t* numbers) const {
@@ -87,18 +101,50 @@ StatementNumber StatementMatcher::FirstOfBlocks(const std::int32_t* numbers) con
 }
 
 StatementNumber StatementMatcher::FirstInBlock(const Block& block, const std::int32_t* numbers) {
-  std::uint64_t matching[kStatementsPerBlock / kBitsPerWord];
-  std::copy(block.All.begin(), block.All.end(), matching);
+  Words matching;
+  std::copy(block.All.begin(), block.All.end(), matching.begin());
   for (const RestrictedPosition& restricted : block.Restricted) {
-    const auto& cuts = restricted.Cuts;
-    const auto piece =
-        static_cast<std::size_t>(std::upper_bound(cuts.begin(), cuts.end(), numbers[restricted.At]) - cuts.begin());
-    for (std::size_t word = 0; word < block.Words; ++word)
-      matching[word] &= restricted.Takes[piece * block.Words + word];
+    const std::uint64_t* takes = restricted.TakesOf(numbers[restricted.At], block.Words);
+    for (std::size_t word = 0; word < block.Words; ++word) matching[word] &= takes[word];
   }
+  return Lowest(block, matching);
+}
+
+StatementNumber StatementMatcher::FirstToSettle(const std::int32_t* numbers, const ElementIndex* elements) const {
+  for (const Block& block : blocks_)
+    if (const StatementNumber statement = FirstToSettleInBlock(block, numbers, elements); statement != kNoStatement)
+      return statement;
+  return kNoStatement;
+}
+
+StatementNumber StatementMatcher::FirstToSettleInBlock(const Block& block, const std::int32_t* numbers,
+                                                       const ElementIndex* elements) {
+  Words undecided;
+  Words unspecified{};
+  std::copy(block.All.begin(), block.All.end(), undecided.begin());
+  auto restricted = block.Restricted.rbegin();
+  for (std::size_t at = block.Ignores.size() / block.Words; at-- > 0;) {
+    const bool restricts = restricted != block.Restricted.rend() && restricted->At == at;
+    if (elements[at].value < 0) {
+      const std::uint64_t* ignores = &block.Ignores[at * block.Words];
+      for (std::size_t word = 0; word < block.Words; ++word) {
+        unspecified[word] |= undecided[word] & ~ignores[word];
+        undecided[word] &= ignores[word];
+      }
+    } else if (restricts) {
+      const std::uint64_t* takes = restricted->TakesOf(numbers[at], block.Words);
+      for (std::size_t word = 0; word < block.Words; ++word) undecided[word] &= takes[word];
+    }
+    if (restricts) ++restricted;
+  }
+  for (std::size_t word = 0; word < block.Words; ++word) undecided[word] |= unspecified[word];
+  return Lowest(block, undecided);
+}
+
+StatementNumber StatementMatcher::Lowest(const Block& block, const Words& statements) {
   for (std::size_t word = 0; word < block.Words; ++word) {
-    if (matching[word] == 0) continue;
-    const auto bit = static_cast<std::int32_t>(word * kBitsPerWord) + std::countr_zero(matching[word]);
+    if (statements[word] == 0) continue;
+    const auto bit = static_cast<std::int32_t>(word * kBitsPerWord) + std::countr_zero(statements[word]);
     return StatementNumber{block.FirstStatement + bit};
   }
   return kNoStatement;
