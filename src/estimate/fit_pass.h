@@ -37,6 +37,8 @@ struct FitSums {
   float LogOddsMean = 0;
   float LogOddsVariance = 0;
   float FairScoreSum = 0;
+  /// Since the sums in single precision began anew.
+  std::int32_t Additions = 0;
 
   FitSums& operator+=(const FitSums& other);
 };
@@ -78,6 +80,7 @@ class FitPass {
   RunControl& control_;
   Console& console_;
   Table<ElementIndex, FitSums> sums_;
+  CarriedFitSums carried_{sums_};
   Table<ElementIndex, CorrelationSums> correlations_;
   tessaly::DataFit data_;
   UnexpectedList unexpected_;

@@ -95,6 +95,29 @@ TEST(ClosedForms, PoissonCountsOfACompleteTable) {
 
 // A single element and a dummy: the thresholds carry the curvature of the log counts and the measure their slope, so
 // that the model reproduces the counts.
+// Each of two items is passed by its share of each person, so that every person has half of its score and every mean-
+// square is 1. All additions to an item are of two sizes: rounded one by one in single precision they drift.
+TEST(ClosedForms, FitOfManyEqualResponses) {
+  Design design({20, 2}, "?,?,D");
+  design.Settings += "Subsets=N\nConvergence=0.01,0.000001\n";
+  constexpr int kRepeats = 5000;
+  for (int repeat = 0; repeat < kRepeats; ++repeat) {
+    for (int person = 1; person <= 20; ++person) {
+      const int first = (repeat * 20 + person) % 5 < 3 ? 1 : 0;
+      design.Ratings.push_back({{person, 1}, first});
+      design.Ratings.push_back({{person, 2}, 1 - first});
+    }
+  }
+  const FinishedAnalysis run = design.Run();
+  for (const int item : {1, 2}) {
+    const ElementFit& fit = run.Fit(2, item);
+    EXPECT_NEAR(static_cast<double>(fit.InfitZStd), 0, 0.05);
+    EXPECT_NEAR(static_cast<double>(fit.OutfitZStd), 0, 0.05);
+    EXPECT_NEAR(static_cast<double>(fit.Displacement), 0, 0.0002);
+    EXPECT_NEAR(static_cast<double>(fit.StandardError), 1 / std::sqrt(20 * kRepeats * 0.24), 1e-6);
+  }
+}
+
 TEST(ClosedForms, ThresholdsOfOneElementAreLogRatiosOfCounts) {
   Design design({1, 1}, "?,?,R2");
   design.FacetFields = {"", ",D"};
