@@ -77,7 +77,7 @@ std::string HeadingLine(const Analysis& analysis) {
   }
   const LabelField labels(analysis.Settings, OutputDestination::Plain);
   for (std::string& heading : headings)
-    heading = labels.Fixed() ? RightJustified(heading, kFieldWidth) : labels.Delimited(heading);
+    heading = labels.Fixed() ? RightJustified(labels.Quoted(heading), kFieldWidth) : labels.Delimited(heading);
   return Joined(headings, labels.Fixed() ? std::string() : labels.Delimiter());
 }
 

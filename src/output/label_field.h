@@ -15,7 +15,7 @@ enum class OutputDestination { Plain, Spreadsheet, R };
 class LabelField {
  public:
   LabelField(const Settings& settings, OutputDestination destination)
-      : delimiter_(settings.CsvDelimiter),
+      : delimiter_(DelimiterFor(destination, settings)),
         // A mark that separates fields cannot enclose them.
         quote_(settings.QuoteMark == settings.CsvDelimiter ? "" : settings.QuoteMark),
         destination_(destination) {}
@@ -35,6 +35,11 @@ class LabelField {
   std::string Delimited(std::string_view text) const;
 
  private:
+  /// A spreadsheet would put fixed fields into one column.
+  static std::string DelimiterFor(OutputDestination destination, const Settings& settings) {
+    return destination == OutputDestination::Spreadsheet && settings.CsvDelimiter == " " ? "\t" : settings.CsvDelimiter;
+  }
+
   std::string delimiter_;
   std::string quote_;
   OutputDestination destination_;

@@ -42,7 +42,7 @@ class ScoreLines {
         elements_(analysis.Elements),
         settings_(analysis.Settings),
         labels_(settings_, destination),
-        cells_(settings_.CsvDelimiter),
+        cells_(labels_.Delimiter()),
         labelWidth_(LabelWidth()) {
     std::vector<ScoreField> all = AllFields();
     for (std::size_t field = 0; field < std::min(all.size(), settings_.ScoreFields.size()); ++field)

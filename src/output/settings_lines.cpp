@@ -38,12 +38,6 @@ std::string NumberOr(float value, std::string_view ofZero) {
   return value == 0 ? std::string(ofZero) : Number(value);
 }
 
-/// The title as it was given: reading puts " YYYY-MM-DD hh:mm:ss" behind it.
-std::string_view WithoutDate(std::string_view title) {
-  constexpr std::size_t kDateLength = std::string_view(" YYYY-MM-DD hh:mm:ss").size();
-  return title.substr(0, title.size() - std::min(title.size(), kDateLength));
-}
-
 std::string_view BiasText(BiasDirection direction) {
   switch (direction) {
     case BiasDirection::Plus:
@@ -77,7 +71,7 @@ class SettingsList {
 
   std::vector<std::string> Lines() {
     Add("; Specifications for ", settings_.SpecFileName);
-    Add("Title for each results table = ", WithoutDate(settings_.Title));
+    Add("Title for each results table = ", settings_.GivenTitle);
     Add("Facets in data =", GeneralText(facets_.size()) + "," + GeneralText(analysis_.Fields.DataFacetCount()) +
                                 " ; label facets, data facets");
     AddAToC();
@@ -184,7 +178,7 @@ class SettingsList {
     Add("Replication character in data = ", settings_.ReplicationChar);
     Add("Residual/Response output file = ", settings_.ResidualFileName);
     Add("Score output files name = ", settings_.ScoreFileName);
-    if (settings_.Seed) Add("Seed of random numbers =", GeneralText(static_cast<std::int64_t>(*settings_.Seed)));
+    if (settings_.Seed) Add("Seed of random numbers =", GeneralText(*settings_.Seed));
     Add("Simulated data output file = ", settings_.SimulatedFileName);
     Add("Standard error is Model/Real) = ",
         settings_.RealSE ? "Real ; enlarged by mean square infit" : "Model ; assumes data fits the model");

@@ -18,8 +18,12 @@ namespace {
 /// Draws responses as they stand in data lines.
 class ResponseDraws {
  public:
-  ResponseDraws(std::uint64_t seed, const Analysis& analysis, ResponseKernel& kernel)
-      : analysis_(analysis), kernel_(kernel), draws_(seed), texts_(analysis), raw_(analysis.Scales.ScaleCount()) {}
+  ResponseDraws(std::int32_t seed, const Analysis& analysis, ResponseKernel& kernel)
+      : analysis_(analysis),
+        kernel_(kernel),
+        draws_(static_cast<std::uint64_t>(seed)),
+        texts_(analysis),
+        raw_(analysis.Scales.ScaleCount()) {}
 
   const std::string& Draw(ScaleNumber scale, ModelType type, float measure) {
     const std::int32_t top = analysis_.Scales.Scales[scale].ScaleTopCategory;
@@ -53,7 +57,7 @@ class ResponseDraws {
   Table<ScaleNumber, std::vector<std::int32_t>, 0> raw_;
 };
 
-void WriteComments(bool match, std::uint64_t seed, const Settings& settings, const DataLineWriter& lines,
+void WriteComments(bool match, std::int32_t seed, const Settings& settings, const DataLineWriter& lines,
                    TextOutput& output) {
   std::string_view title = settings.Title;
   if (title.starts_with('^')) title.remove_prefix(1);
@@ -61,7 +65,7 @@ void WriteComments(bool match, std::uint64_t seed, const Settings& settings, con
                          : "; Simulated fully-crossed complete data");
   output.WriteLine("; " + std::string(title));
   output.WriteLine("; matching: " + (settings.DataFileName.empty() ? settings.SpecFileName : settings.DataFileName));
-  output.WriteLine("; seed: " + BareText(static_cast<std::int64_t>(seed)));
+  output.WriteLine("; seed: " + BareText(seed));
   for (const ColumnNumber column : lines.CountingColumns())
     output.WriteLine("; the elements of data column " + BareText(column.value) +
                      " stand on these lines: please remove its Dvalues= entry to read them");
@@ -69,7 +73,7 @@ void WriteComments(bool match, std::uint64_t seed, const Settings& settings, con
 
 }  // namespace
 
-void WriteSimulatedData(bool match, std::uint64_t seed, const Analysis& analysis, ObservationStore& store,
+void WriteSimulatedData(bool match, std::int32_t seed, const Analysis& analysis, ObservationStore& store,
                         ResponseKernel& kernel, RunControl& control, Console& console, TextOutput& output) {
   DataLineWriter lines(analysis, output);
   ResponseDraws responses(seed, analysis, kernel);

@@ -17,7 +17,7 @@ namespace tessaly {
 /// response behind it as a comment; otherwise one for each combination of the elements in the data. The same `seed`
 /// gives the same data on every machine; it stands in a comment. The caller opens and closes `output`.
 /// Throws `Halt{IncompatibleFile}`, before anything is written, for more than 100,000,000 combinations.
-void WriteSimulatedData(bool match, std::uint64_t seed, const Analysis& analysis, ObservationStore& store,
+void WriteSimulatedData(bool match, std::int32_t seed, const Analysis& analysis, ObservationStore& store,
                         ResponseKernel& kernel, RunControl& control, Console& console, TextOutput& output);
 
 }  // namespace tessaly

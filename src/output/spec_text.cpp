@@ -35,6 +35,22 @@ std::optional<std::string> TextReadAs(float value, Good good) {
   return {};
 }
 
+/// The same for numbers whose digits are all behind the last decimal.
+template <class Good>
+std::optional<std::string> ExponentTextReadAs(float value, Good good) {
+  if (value == 0 || std::fabs(value) >= 1) return {};
+  const double exponent = std::floor(std::log10(std::fabs(double(value))));
+  for (int decimals = kFewestDecimals; decimals <= kMostDecimals; ++decimals) {
+    for (const double step : {0.0, 1.0, -1.0, 2.0, -2.0, 3.0, -3.0}) {
+      const double mantissa = double(value) / std::pow(10.0, exponent) + step * std::pow(10.0, -decimals);
+      const std::string text = std::string(TrimLeft(FormatNumber(mantissa, kWidth, decimals))) + "E" +
+                               BareText(static_cast<std::int64_t>(exponent));
+      if (good(EvaluateExpression(text))) return text;
+    }
+  }
+  return {};
+}
+
 std::string ManyDecimals(float value) {
   return std::string(TrimLeft(FormatNumber(double(value), kWidth, kMostDecimals)));
 }
@@ -60,7 +76,9 @@ std::string UserText(float logit, float mean, const Settings& settings) {
 }  // namespace
 
 std::string SpecNumber(float value) {
-  return TextReadAs(value, [&](float read) { return read == value; }).value_or(ManyDecimals(value));
+  const auto same = [&](float read) { return read == value; };
+  if (const auto text = TextReadAs(value, same)) return *text;
+  return ExponentTextReadAs(value, same).value_or(ManyDecimals(value));
 }
 
 std::string SpecMeasure(float measure, const Settings& settings) {

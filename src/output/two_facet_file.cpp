@@ -129,15 +129,17 @@ class TwoFacetFile {
     WriteCodes();
     WriteLayout();
     WriteUnits();
-    const bool sums = matrix_.Repeats() && request_.Repeats == RepeatRule::Sum;
-    WriteCategories(sums);
-    if (request_.AnchorScale && !sums) WriteScaleAnchors();
+    WriteCategories(HasSums());
+    if (request_.AnchorScale && !HasSums()) WriteScaleAnchors();
     if (request_.AnchorColumns)
       WriteAnchors("iafile = *  ; item-column anchor values", matrix_.Columns(), columns_, -1);
     if (request_.AnchorRows) WriteAnchors("pafile = *  ; person-row anchor values", matrix_.Rows(), rows_, 1);
     WriteColumnLabels();
     if (request_.Data) WriteRows();
   }
+
+  /// Cells hold sums of responses, which are on no scale of the analysis.
+  bool HasSums() const { return matrix_.Repeats() && request_.Repeats == RepeatRule::Sum; }
 
  private:
   void Line(std::string_view text) { output_.WriteLine(TrimRight(text)); }
@@ -260,7 +262,10 @@ void WriteZandrelFile(const ZandrelRequest& request, const Analysis& analysis, O
                       RunControl& control, Console& console, TextOutput& output) {
   const ResponseMatrix matrix(request.RowFacets, request.ColumnFacets, request.Repeats, analysis, store, control,
                               console);
-  TwoFacetFile(request, matrix, analysis, control, output).Write();
+  TwoFacetFile file(request, matrix, analysis, control, output);
+  if (request.AnchorScale && file.HasSums())
+    console.ShowWarning("Zandrel control & data: no structure anchors, since sums of responses are on no scale");
+  file.Write();
 }
 
 }  // namespace tessaly

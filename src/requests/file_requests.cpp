@@ -1,7 +1,6 @@
 #include "requests/file_requests.h"
 
 #include <algorithm>
-#include <charconv>
 #include <string>
 #include <vector>
 
@@ -32,15 +31,9 @@ void ReadSeparators(const RequestOptions& options, Settings& settings) {
   settings.HeadingLinesOption = options.YesNo("headings", settings.HeadingLinesOption);
 }
 
-std::uint64_t SeedOf(const RequestOptions& options, SessionState& session) {
-  const auto text = options.Text("seed");
-  if (!text) return RandomSeed(session.A.Settings, session.Host.clock);
-  std::uint64_t seed = 0;
-  const char* const end = text->data() + text->size();
-  const auto read = std::from_chars(text->data(), end, seed);
-  if (read.ec != std::errc() || read.ptr != end)
-    throw Refusal{"seed=" + QuotedLine(*text) + " is not understood. Please give a whole number"};
-  return seed;
+std::int32_t SeedOf(const RequestOptions& options, SessionState& session) {
+  const auto seed = options.Whole("seed", 0, kHighestSeed);
+  return seed ? *seed : RandomSeed(session.A.Settings, session.Host.clock);
 }
 
 ResidualRows RowsOf(const RequestOptions& options) {
@@ -136,7 +129,7 @@ void RequestScoreFile(SessionState& session, const RequestOptions& options) {
 void RequestSimulated(SessionState& session, const RequestOptions& options) {
   const RequestOutput output(options, session);
   const bool match = options.Choice("structure", {"match", "complete"}).value_or(0) == 0;
-  const std::uint64_t seed = SeedOf(options, session);
+  const std::int32_t seed = SeedOf(options, session);
   output.Lines("Simulated data", "Simulated data file", [&](TextOutput& file, RunControl& control, Console& console) {
     WriteSimulatedData(match, seed, session.A, session.Run.Store, session.Run.Kernel, control, console, file);
   });
@@ -149,12 +142,9 @@ void RequestSettings(SessionState& session, const RequestOptions& options) {
 }
 
 void RequestSubsetFile(SessionState& session, const RequestOptions& options) {
-  const RequestOutput output(options, session);
-  if (!session.A.Subsets.Disjoint())
-    throw Refusal{"Subset group-anchor file: there are no disjoint subsets (see Subsets=)"};
-  output.Lines("Subset", "Subset group-anchor file", [&](TextOutput& file, RunControl&, Console& console) {
-    WriteSubsetAnchorFile(session.A, console, file);
-  });
+  RequestOutput(options, session)
+      .Lines("Subset", "Subset group-anchor file",
+             [&](TextOutput& file, RunControl&, Console& console) { WriteSubsetAnchorFile(session.A, console, file); });
 }
 
 void RequestZandrel(SessionState& session, const RequestOptions& options) {

@@ -44,7 +44,7 @@ void TellOrientation(const FacetTable& facets, Console& console) {
 }
 
 void ReadReportSettings(const RequestOptions& options, Settings& settings) {
-  if (const auto title = options.Text("title")) settings.Title = *title;
+  if (const auto title = options.Text("title")) settings.Title = settings.GivenTitle = *title;
   if (const auto lines = options.Whole("juxtapose", -kMostLines, kMostLines))
     settings.JuxtaposeLines = std::abs(*lines);
   if (const auto umean = options.Number("umean")) settings.Umean = *umean;

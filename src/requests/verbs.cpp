@@ -122,22 +122,23 @@ std::vector<Verb> MakeVerbs() {
        WithDestination(
            {{"structure", "match|complete",
              "match: one for each observation; complete: every combination of elements. Default: match", Kind::Words},
-            {"seed", "whole number", "Starts the random numbers. Default: Seed= or the clock"}}),
+            {"seed", "0 to 2147483646", "Starts the random numbers. Default: Seed= or the clock"}}),
        RequestSimulated},
       {"settings", "Specification settings", "Every setting in force, as a specification has it", WithDestination({}),
        RequestSettings},
       {"subsetfile", "Subset group-anchor file", "Labels= that anchor disjoint subsets as groups", WithDestination({}),
        RequestSubsetFile},
       {"zandrel", "Zandrel control & data", "Control and data file for the two-facet program Zandrel",
-       WithDestination({{"rows", kFacets, "Facets of the rows", Kind::Facets},
-                        {"columns", kFacets, "Facets of the columns", Kind::Facets},
-                        {"rowanchor", kYesNo, "Anchor values of the rows. Default: no", Kind::Words},
-                        {"columnanchor", kYesNo, "Anchor values of the columns. Default: no", Kind::Words},
-                        {"structureanchor", kYesNo, "Anchor values of the rating scale. Default: no", Kind::Words},
-                        {"data", "first|last|sum|none|unstated",
-                         "Which of the responses of a cell is written; none: no data. Default: unstated, which "
-                         "needs one response for each cell",
-                         Kind::Words}}),
+       WithDestination(
+           {{"rows", kFacets, "Facets of the rows", Kind::Facets},
+            {"columns", kFacets, "Facets of the columns", Kind::Facets},
+            {"rowanchor", kYesNo, "Anchor values of the rows. Default: no", Kind::Words},
+            {"columnanchor", kYesNo, "Anchor values of the columns. Default: no", Kind::Words},
+            {"structureanchor", kYesNo, "Anchor values of the rating scale. Default: no", Kind::Words},
+            {"data", "first|last|sum|none|unstated",
+             "Which of the responses of a cell is written; none: no data. Default: unstated, the first, without "
+             "a comment that says so",
+             Kind::Words}}),
        RequestZandrel},
       {"curves", "Graphs", "Curves of a rating scale: numbers, or a picture if the file's name ends in .svg",
        WithDestination(

@@ -93,7 +93,7 @@ void OutputFiles::WriteAnchors(const std::vector<std::string>& extraSpecs, RunCo
   }
 }
 
-void OutputFiles::WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel,
+void OutputFiles::WriteResults(std::int32_t seed, ObservationStore& store, ResponseKernel& kernel,
                                RunControl& control) {
   const Settings& s = analysis_.Settings;
   const std::string scores = ScoreFilePath(s);

@@ -29,7 +29,7 @@ class OutputFiles {
   /// The anchor file, with the extra specifications of the command line. Throws `Halt` if it cannot be written.
   void WriteAnchors(const std::vector<std::string>& extraSpecs, RunControl& control);
   /// Scores, graphs, residuals and simulated data, as far as they are asked for. `seed` starts the random numbers.
-  void WriteResults(std::uint64_t seed, ObservationStore& store, ResponseKernel& kernel, RunControl& control);
+  void WriteResults(std::int32_t seed, ObservationStore& store, ResponseKernel& kernel, RunControl& control);
 
   /// The report and the files that have a name.
   std::vector<std::string> Names() const;

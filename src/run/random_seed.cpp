@@ -5,10 +5,11 @@
 
 namespace tessaly {
 
-std::uint64_t RandomSeed(const Settings& settings, Clock& clock) {
+std::int32_t RandomSeed(const Settings& settings, Clock& clock) {
   if (settings.Seed) return *settings.Seed;
   const auto ticks = static_cast<std::uint64_t>(clock.Seconds() * 1e6);
-  return ticks ^ std::hash<std::string>()(clock.RunDate());
+  constexpr std::uint64_t kSeeds = std::uint64_t{kHighestSeed} + 1;
+  return static_cast<std::int32_t>((ticks ^ std::hash<std::string>()(clock.RunDate())) % kSeeds);
 }
 
 }  // namespace tessaly

@@ -8,7 +8,7 @@
 
 namespace tessaly {
 
-/// `Seed=`, or the clock's idea.
-std::uint64_t RandomSeed(const Settings& settings, Clock& clock);
+/// `Seed=`, or the clock's idea: 0 to `kHighestSeed`.
+std::int32_t RandomSeed(const Settings& settings, Clock& clock);
 
 }  // namespace tessaly

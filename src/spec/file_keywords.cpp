@@ -1,7 +1,10 @@
 #include "spec/file_keywords.h"
 
+#include <cmath>
+
 #include "spec/named_marks.h"
 #include "spec/setting_values.h"
+#include "support/number_text.h"
 
 namespace tessaly {
 namespace {
@@ -65,7 +68,12 @@ void ReadScorefile(SpecContext& context, const SplitLine& line) {
 }
 
 void ReadSeed(SpecContext& context, const SplitLine& line) {
-  context.Analysis.Settings.Seed = static_cast<std::uint64_t>(AbsoluteWholeValue(line.Value(1)));
+  const double seed = std::abs(std::round(ExactValue(line.Value(1))));
+  if (seed > kHighestSeed || !IsNumberOf(seed, line.Value(1))) {
+    context.Host.console.ShowWarning("Seed= takes a whole number up to" + GeneralText(kHighestSeed));
+    throw Halt{FailureCode::NumberInvalid, {}};
+  }
+  context.Analysis.Settings.Seed = static_cast<std::int32_t>(seed);
 }
 
 void ReadCsv(SpecContext& context, const SplitLine& line) {

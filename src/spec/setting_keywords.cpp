@@ -171,9 +171,10 @@ void ReadTables(SpecContext& context, const SplitLine& line) {
 void ReadTitle(SpecContext& context, const SplitLine& line) {
   std::vector<std::string> parts;
   for (const std::string& value : line.Values) parts.emplace_back(TrimQuotes(value));
-  std::string& title = context.Analysis.Settings.Title;
-  title = Joined(parts, ", ");
-  if (!title.empty()) title += ' ' + context.Host.clock.RunDate();
+  Settings& settings = context.Analysis.Settings;
+  settings.GivenTitle = Joined(parts, ", ");
+  settings.Title = settings.GivenTitle;
+  if (!settings.Title.empty()) settings.Title += ' ' + context.Host.clock.RunDate();
 }
 
 void ReadUdecimals(SpecContext& context, const SplitLine& line) {

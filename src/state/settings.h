@@ -18,8 +18,14 @@ enum class BiasDirection : std::int8_t { Plus = 1, Minus = -1, Omit = 0 };
 enum class InvalidLines : std::int8_t { Halt, Single, Repeated };
 enum class SubsetReport : std::int8_t { Off, Detect, Report, List };
 
+/// Random numbers start from 0 to this.
+constexpr std::int32_t kHighestSeed = 2147483646;
+
 struct Settings {
+  /// `GivenTitle` and the date of the run.
   std::string Title;
+  /// As the user wrote it.
+  std::string GivenTitle;
   /// Facet letters by which Table 7 is arranged, items joined with commas; empty suppresses Table 7.
   std::string ArrangeSpec = "mN,fN,N";
   char AsciiOption = 'Y';
@@ -70,7 +76,7 @@ struct Settings {
   /// decimals.
   std::string ResponseFields = "YYYYYYYYYYY2YYY";
   /// Starts the random numbers of simulated data; nothing for the clock.
-  std::optional<std::uint64_t> Seed;
+  std::optional<std::int32_t> Seed;
   /// Fields of score files, 'Y' for those wanted.
   std::string ScoreFields = std::string(28, 'Y');
   SubsetReport SubsetDetection = SubsetReport::Detect;

@@ -107,8 +107,11 @@ TEST_F(ResidualFile, FixedFieldsInTheOrderOfTheRow) {
   };
   EXPECT_EQ(Write(ResidualRows::Used), plain);
   A.Settings.QuoteMark = "'";
-  EXPECT_EQ(Write(ResidualRows::Used, OutputDestination::Spreadsheet).front(),
+  EXPECT_EQ(Write(ResidualRows::Used).front(),
             "     'Stp'     'Res'   'Displ'      '1E'      '0E'      '2E' 'Candidat'''        'Items'   ");
+  EXPECT_EQ(Write(ResidualRows::Used, OutputDestination::Spreadsheet)[2],
+            "0\t-.25\t-1.33\t2\t99\t6\t'Bj\xc3\xb8rn Bj\xc3\xb8rnsson'\t\t'say \"so\"'")
+      << "no fixed fields for spreadsheets";
   A.Settings.HeadingLinesOption = false;
   EXPECT_EQ(Write(ResidualRows::Used).front(), plain[1]);
   EXPECT_EQ(Write(ResidualRows::Used, OutputDestination::R).size(), plain.size());

@@ -92,7 +92,7 @@ TEST(DataLineWriter, TheSameSpecificationReadsTheSameObservations) {
   }
 }
 
-std::string SimulatedText(bool match, std::uint64_t seed, const Analysis& analysis, ObservationStore& store) {
+std::string SimulatedText(bool match, std::int32_t seed, const Analysis& analysis, ObservationStore& store) {
   User nobody;
   Console silence;
   RunControl control(nobody);
@@ -109,7 +109,7 @@ struct FinishedRun {
     EXPECT_TRUE(Finished.Finished());
   }
 
-  std::string Simulated(bool match, std::uint64_t seed = 1) {
+  std::string Simulated(bool match, std::int32_t seed = 1) {
     return SimulatedText(match, seed, Finished.A, *Stored.Store);
   }
 

@@ -47,6 +47,8 @@ TEST(SpecText, WhatIsReadBackIsPrintedAlike) {
   EXPECT_LT(missed, tried / 2000);
   for (const float value : {0.0F, 1e-7F, 0.1F, 1.0F / 3, -2.5F, 16777216.0F, 123456789.0F, 3.4e38F})
     EXPECT_NEAR(double{EvaluateExpression(SpecNumber(value))}, double{value}, 2e-7 * std::abs(double{value})) << value;
+  for (const float value : {3.2552084e-4F, 2e-11F, -7.123456e-20F})
+    EXPECT_EQ(EvaluateExpression(SpecNumber(value)), value);
   EXPECT_EQ(SpecMeasure(-0.25F, {}), "-.25");
   EXPECT_EQ(SpecMeasure(0.001F, {}), "0.001");
 }

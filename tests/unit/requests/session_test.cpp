@@ -65,7 +65,6 @@ TEST(Session, RefusalsNameTheRemedyAndWriteNothing) {
       {"zandrel columns=2", "Zandrel control & data: Please check a Facet in upper list"},
       {"zandrel rows=1", "Zandrel control & data: Please check a Facet in lower list"},
       {"scorefile facets=", "Score file: Please check Facet"},
-      {"subsetfile", "Subset group-anchor file: there are no disjoint subsets (see Subsets=)"},
       {"curves kind=information empirical=yes",
        "empirical= belongs to kind=probability and kind=expected. Please leave it out"},
       {"table5 to=excel",
@@ -187,7 +186,8 @@ TEST(Session, ModifiedSpecificationsHoldAndGoBackWithoutDrift) {
   EXPECT_NE(session.Shown("table7 facets=3").find("|   -    "), std::string::npos);
   EXPECT_NE(session.Shown("table7 facets=2").find(" Real "), std::string::npos);
 
-  session.Shown("modify uscale=0 title=\"Another title\"");
+  session.Shown("modify uscale=0 title=\"Another title, longer than a date\"");
+  EXPECT_NE(session.Shown("settings").find("= Another title, longer than a date\n"), std::string::npos);
   EXPECT_EQ(session.A.Settings.Uscale, 7.3F);
   EXPECT_NE(session.Shown("table5").find("Another title"), std::string::npos);
   session.Shown("modify uscale=3 box=nonsense");
@@ -201,6 +201,17 @@ TEST(Session, ModifiedSpecificationsHoldAndGoBackWithoutDrift) {
       "\"");
   EXPECT_EQ(Findings(session.A), found);
   for (std::size_t at = 0; at < watched.size(); ++at) EXPECT_EQ(session.Shown(watched[at]), before[at]) << watched[at];
+}
+
+TEST(Session, TheSeedInSimulatedDataMakesThemAgain) {
+  SessionFixture session(ThreeFacets());
+  constexpr std::string_view kSeed = "; seed: ";
+  const std::string data = session.Shown("simulated");
+  const std::size_t at = data.find(kSeed) + kSeed.size();
+  const std::string seed = data.substr(at, data.find('\n', at) - at);
+  EXPECT_EQ(session.Shown("simulated seed=" + seed), data);
+  EXPECT_NE(session.Shown("simulated seed=" + seed + "0"), data);
+  EXPECT_NE(session.Shown("simulated seed=123456789"), session.Shown("simulated seed=123456790"));
 }
 
 TEST(Session, FilesAreNamedAsToldAndTemporaryOnesGo) {
