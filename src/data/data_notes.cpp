@@ -33,7 +33,7 @@ std::string ProcessedLine(const DataLine& line, const LineReferences& references
   const FieldMap& fields = analysis.Fields;
   std::string processed = line.ReplicationField();
   for (std::int32_t number = 1; number <= line.FieldCount(); ++number) {
-    if (!processed.empty()) processed += ", ";
+    if (number > 1 || !processed.empty()) processed += ", ";
     if (number == fields.DataFacetCount() + 1) processed += ' ';
     processed += line.Text(number);
     if (!fields.Columns.holds({number})) continue;
@@ -98,6 +98,8 @@ std::vector<std::string> DataNotes::ReferenceTrouble(const DataLine& line, Posit
   std::vector<std::string> texts = {"  Invalid element identifier: \"" + QuotedLine(line.Text(column)) +
                                     "\" at facet location in data:" + GeneralText(column)};
   if (!resolver.TakesLabels(facts.PositionFacet)) texts.emplace_back("  Is this an element label? If so, Delements=LN");
+  if (analysis_.Input.LineNumber == 1 && !IsNumeric(line.Text(line.FieldCount())))
+    texts.emplace_back("  Is this a heading line? If so, put ; in front of it");
   return texts;
 }
 

@@ -46,6 +46,12 @@ class ProgressMarks {
   std::int32_t marks_ = 0;
 };
 
+/// What may be wrong with a line that has too few fields.
+std::vector<std::string> SeparatorTrouble(std::string_view line) {
+  if (line.find(';') == std::string_view::npos) return {};
+  return {"  Semicolons begin comments: please separate fields with commas or TABs"};
+}
+
 class DataReader {
  public:
   DataReader(Analysis& analysis, ObservationWriter& writer, RunControl& control, Host& host)
@@ -67,7 +73,7 @@ class DataReader {
 
  private:
   bool ReadLine(std::string_view raw);
-  bool ResolveReferences();
+  bool ResolveReferences(std::string_view raw);
   void StartDataLine();
   void CheckResponseCount();
   void ReadResponses();
@@ -88,7 +94,7 @@ class DataReader {
   std::int64_t fileLines_ = 0;
   std::int32_t linesToPoll_ = kLinesBetweenPolls;
   bool firstDataShown_ = false;
-  bool excessWarned_ = false;
+  std::int64_t excessLines_ = 0;
 };
 
 void DataReader::ReadFile(InputStack& input) {
@@ -113,6 +119,9 @@ void DataReader::Poll() {
 
 void DataReader::Finish() {
   progress_.End();
+  if (excessLines_ > 1)
+    console_.ShowWarning("Excess responses in" + GeneralText(excessLines_) +
+                         " data lines: is a column missing in Facets= or Entered=, or a decimal comma in the data?");
   analysis_.Unspecified = notes_.Unspecified().Sorted();
   analysis_.EmptyFacet = resolver_.EmptyFacet();
 }
@@ -128,7 +137,7 @@ bool DataReader::ReadLine(std::string_view raw) {
     return true;
   }
   if (line_.EndsData()) return false;
-  if (!ResolveReferences()) return true;
+  if (!ResolveReferences(raw)) return true;
   CheckResponseCount();
   if (!firstDataShown_) {
     firstDataShown_ = true;
@@ -139,9 +148,9 @@ bool DataReader::ReadLine(std::string_view raw) {
 }
 
 /// Finds the elements of the line; false for a line that is skipped, of which nothing is noted.
-bool DataReader::ResolveReferences() {
+bool DataReader::ResolveReferences(std::string_view raw) {
   if (line_.FieldCount() <= columns_) {
-    refusal_.Refuse(FailureCode::TooFewFields);
+    refusal_.Refuse(FailureCode::TooFewFields, SeparatorTrouble(raw));
     return false;
   }
   // A line that halts the run may be the first active one; a line that is skipped is never active.
@@ -169,11 +178,10 @@ void DataReader::CheckResponseCount() {
   const std::int64_t needed = columns_ + references_.RangeLength();
   const std::int64_t excess = line_.FieldCount() - needed;
   if (excess < 0) throw Halt{FailureCode::RangeDeficit, GeneralText(-excess)};
-  if (excess == 0 || excessWarned_) return;
+  if (excess == 0) return;
   std::int64_t real = excess;
   while (real > 0 && line_.Text(static_cast<std::int32_t>(needed + real)).empty()) --real;
-  if (real == 0) return;
-  excessWarned_ = true;
+  if (real == 0 || ++excessLines_ > 1) return;
   console_.ShowWarning("Data line in " + analysis_.CurrentDataFile +
                        " line:" + GeneralText(analysis_.Input.LineNumber));
   console_.ShowWarning(QuotedLine(analysis_.Input.LastLine));
@@ -212,6 +220,7 @@ std::vector<std::string> ReadData(Analysis& analysis, InputStack* inlineInput, c
         analysis.Input = {};
         InputStack input(analysis.Input, host.console, specFolder);
         input.PollWith(control);
+        input.NoteSourcesIn(analysis.Sources);
         input.Open(FindDataFile(name, specFolder, host.console), "Data");
         reader.ReadFile(input);
         opened.insert(opened.end(), input.Opened().begin(), input.Opened().end());

@@ -1,11 +1,12 @@
 #include "data/invalid_lines.h"
 
+#include "support/bytes.h"
 #include "support/failure.h"
 
 namespace tessaly {
 
 void LineRefusal::Refuse(FailureCode failure, const std::vector<std::string>& explanation) {
-  if (!Skips()) throw Halt{failure, {}};
+  if (!Skips()) throw Halt{failure, Joined(explanation, " ")};
   ++analysis_.Counters.SkippedLines;
   const bool first = told_.insert(failure).second;
   if (!first && analysis_.Settings.InvalidLinesOption == InvalidLines::Single) return;

@@ -251,6 +251,7 @@ void JointEstimation::NothingLeft() const {
   const auto described = [&](const std::optional<DroppedElement>& dropped) {
     return dropped ? Described(*dropped, analysis_.Elements) : std::string();
   };
+  if (!trace_.FirstDropped) console_.ShowWarning("No response counts: are all weights 0?");
   throw Halt{FailureCode::AllExtreme, described(trace_.FirstDropped) + " - last: " + described(trace_.LastDropped)};
 }
 

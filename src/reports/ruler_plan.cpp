@@ -94,13 +94,14 @@ void FitTarget(std::vector<Planner>& columns, int margins, std::int32_t target) 
     // One element; 0 in other columns.
     baseWidths += plan.SlotWidth - plan.SlotGap;
   }
-  for (bool changed = true; changed;) {
+  const auto listsSeveral = [](const Planner& column) { return column.Plan().Across > 1; };
+  for (bool changed = true; changed && std::any_of(columns.begin(), columns.end(), listsSeveral);) {
     int total = fixed;
     for (const Planner& column : columns) total += column.Plan().ListsElements() ? column.Plan().ColumnWidth : 0;
     if (total <= target) return;
     changed = false;
     for (Planner& column : columns) {
-      if (column.Plan().Across > 1 && column.Narrow(target - baseWidths - fixed)) changed = true;
+      if (column.Plan().ListsElements() && column.Narrow(target - baseWidths - fixed)) changed = true;
     }
   }
 }

@@ -114,7 +114,7 @@ class SpecificationLines {
     const std::int32_t columns = analysis_.Fields.DataFacetCount();
     ShownLine("Facets =" + GeneralText(analysis_.FacetCount()) +
               (columns != analysis_.FacetCount() ? "," + BareText(columns) : std::string()));
-    Line(!analysis_.Fields.EnteredIsIdentity, "Entered-in-data = " + EnteredList());
+    Line(!InPlainOrder(analysis_.Fields.Columns), "Entered-in-data = " + EnteredList());
     const bool byNumber = settings_.DelementsOption.empty() || settings_.DelementsOption == "N";
     Line("Delements = " + (byNumber ? "N  ; element identifiers are element numbers" : settings_.DelementsOption));
     Dvalues();
@@ -123,6 +123,14 @@ class SpecificationLines {
     Line("Positive = " + FacetList(analysis_.Facets, [](const Facet& f) { return f.FacetPositive; }));
     Labels();
     if (settings_.NullElement != 0) ShownLine("Null (Keepzero) element=" + GeneralText(settings_.NullElement));
+  }
+
+  /// Column c holds facet c, and what is beyond the facets is not used.
+  bool InPlainOrder(const ColumnTable& columns) const {
+    for (const ColumnNumber column : columns.all())
+      if (columns[column].ColumnFacet.value != (column.value <= analysis_.FacetCount() ? column.value : 0))
+        return false;
+    return true;
   }
 
   std::string EnteredList() const {

@@ -1,6 +1,9 @@
 #include "reports/table3_iterations.h"
 
+#include <cmath>
+
 #include "reports/edit_word.h"
+#include "reports/model_text.h"
 #include "reports/table1_specification.h"
 #include "support/bytes.h"
 #include "support/number_text.h"
@@ -109,14 +112,15 @@ std::string IterationTable::ResidualLabel(const ResidualDetail& detail) const {
     case ResidualDetail::Kind::BiasTerm:
       break;
   }
-  return "Scale:" + analysis_.Models.Statements[analysis_.Scales.Scales[detail.Scale].ScaleModel].StatementText();
+  const ModelStatement& statement = analysis_.Models.Statements[analysis_.Scales.Scales[detail.Scale].ScaleModel];
+  return "Scale:" + (statement.ModelHasHash ? ModelText(detail.Scale, analysis_) : statement.StatementText());
 }
 
 void IterationTable::FacetUpdated(FacetNumber facet, const RunningMoments& measures) {
   const double uscale = static_cast<double>(analysis_.Settings.Uscale);
   log_.Moments(analysis_.Facets[facet].FacetLabel,
                static_cast<double>(analysis_.Settings.Umean) + uscale * measures.Mean,
-               uscale * measures.StandardDeviation(), measures.N);
+               std::fabs(uscale) * measures.StandardDeviation(), measures.N);
 }
 
 void IterationTable::Iterated(const IterationSummary& summary, const LargestResiduals& largest) {

@@ -1,6 +1,7 @@
 #include "reports/table9_bias_iterations.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 #include "reports/bias_heading.h"
@@ -68,7 +69,7 @@ void BiasIterationTable::IterationStarted(std::int32_t iteration) {
 
 void BiasIterationTable::FacetUpdated(FacetNumber, const RunningMoments& sizes) {
   const double uscale = static_cast<double>(analysis_.Settings.Uscale);
-  log_.Moments(terms_.Label(), uscale * sizes.Mean, uscale * sizes.StandardDeviation(), sizes.N);
+  log_.Moments(terms_.Label(), uscale * sizes.Mean, std::fabs(uscale) * sizes.StandardDeviation(), sizes.N);
 }
 
 void BiasIterationTable::Iterated(const IterationSummary& summary, const LargestResiduals& largest) {

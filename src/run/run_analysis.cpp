@@ -120,6 +120,7 @@ class AnalysisRun {
     analysis_.Settings.SpecFileName = commandLine_.FileNames.front();
     input_.emplace(analysis_.Input, console_, folder_);
     input_->PollWith(control_);
+    input_->NoteSourcesIn(analysis_.Sources);
     input_->Open(analysis_.Settings.SpecFileName, "Specification");
     RememberSpecification();
     console_.ShowMessage("Processing specifications from " + Quoted(analysis_.Settings.SpecFileName));
@@ -259,8 +260,14 @@ class AnalysisRun {
     analysis_.Input = {};
     outputs_.RefuseOverwriting(AllInputs());
     WriteDataSummary(analysis_, report_, console_);
-    if (store_->ValidResponses() == 0) throw Halt{FailureCode::NoUsableData, {}};
+    if (store_->ValidResponses() == 0) throw Halt{FailureCode::NoUsableData, NoDataReason()};
     SetNumberWidths();
+  }
+
+  std::string NoDataReason() const {
+    const DataCounters& counters = analysis_.Counters;
+    return counters.DataLines + counters.SkippedLines == 0 ? "There are no data lines in " + analysis_.CurrentDataFile
+                                                           : std::string();
   }
 
   void SetNumberWidths() {
@@ -345,8 +352,20 @@ class AnalysisRun {
     report_.EndTables();
     const InputLine line = std::exchange(analysis_.Input, {});
     console_.ShowMessage("");
+    if (!Location().empty()) TellSource(line.LineNumber);
     for (const std::string& text : FailureReport(halt, analysis_.Limits(), Location(), line.LineNumber, line.LastLine))
       console_.ShowWarning(text);
+  }
+
+  /// Of a line in or behind an include file, whose number is not that in its file.
+  void TellSource(std::int64_t lineNumber) {
+    const auto& sources = analysis_.Sources;
+    const auto after = std::find_if(sources.begin(), sources.end(),
+                                    [&](const SourceChange& source) { return source.FirstLine > lineNumber; });
+    if (after == sources.begin() || sources.size() < 2) return;
+    const SourceChange& source = *std::prev(after);
+    console_.ShowWarning("Line" + GeneralText(lineNumber) + " is line" +
+                         GeneralText(source.OwnLine + lineNumber - source.FirstLine) + " of " + source.File);
   }
 
   [[noreturn]] void FatalFailure(const std::string& text) {

@@ -51,7 +51,7 @@ class AnchorStep {
     }
     const std::string& text = elements_.ElementAnchorText[element];
     const float value = EvaluateExpression(text);
-    if (!IsNumberOf(double(value), text)) return;
+    if (!IsNumberOf(double(value), text)) return TellNoNumber(element, text);
     TakeValue(element, facet.FacetType(), group, Logit(element, value));
     if (IsGroupAnchored(facet.FacetType()) && group == 0) valueWithoutGroup_ = facetNumber;
   }
@@ -66,6 +66,13 @@ class AnchorStep {
   std::string Quoted(ElementIndex element) const {
     return BareText(elements_.ElementNumber[element]) + "," + elements_.ElementLabel[element] + "," +
            elements_.ElementAnchorText[element] + "," + GroupText(element);
+  }
+
+  void TellNoNumber(ElementIndex element, const std::string& text) {
+    if (text.empty() || toldNoNumber_) return;
+    toldNoNumber_ = true;
+    console_.ShowWarning("Anchoring or starting value is not a number: " + QuotedLine(Quoted(element)) +
+                         ". Labels with commas need quotation marks");
   }
 
   std::int16_t GroupOf(ElementIndex element) {
@@ -104,6 +111,7 @@ class AnchorStep {
   InputLine& at_;
   Console& console_;
   FacetNumber valueWithoutGroup_{0};
+  bool toldNoNumber_ = false;
 };
 
 }  // namespace

@@ -75,13 +75,23 @@ class Describer {
       return;
     }
     const ElementIndex element = FindElement(number, facet, elements_, nullElement_);
-    if (!line.Label.empty()) elements_.ElementLabel[element] = line.Label;
+    if (!line.Label.empty()) TakeLabel(elements_.ElementLabel[element], line.Label, number);
     elements_.ElementAnchorText[element] = line.Anchor;
     if (!line.Group.empty() && groups_.empty()) groups_.assign(elements_.ElementCount(), {});
     if (!groups_.empty()) groups_[element] = line.Group;
     if (!line.Weight) return;
     elements_.ElementStats[element].ElementWeight = std::abs(*line.Weight);
     if (*line.Weight != 1) elements_.WeightsUsed = true;
+  }
+
+  void TakeLabel(std::string& label, std::string_view given, std::int32_t number) {
+    if (!label.empty() && label != given && !toldTwice_) {
+      toldTwice_ = true;
+      console_.ShowWarning("Element" + GeneralText(number) + " of facet" + GeneralText(facet_.value) + " is labelled " +
+                           QuotedLine(label) + ", then in line" + GeneralText(at_.LineNumber) + " " +
+                           QuotedLine(given) + ". Is a * missing between two facets?");
+    }
+    label = given;
   }
 
   void SetTargets(const ElementLine& line, std::string_view text) {
@@ -113,6 +123,7 @@ class Describer {
   Console& console_;
   FacetNumber facet_{0};
   std::int64_t textBytes_ = 0;
+  bool toldTwice_ = false;
   Table<ElementIndex, std::string> groups_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "spec/setting_values.h"
 #include "support/number_text.h"
 
 namespace tessaly {
@@ -14,14 +15,12 @@ void SetFields(const std::vector<FacetNumber>& facets, std::int32_t facetCount, 
   fields.Columns.assign(static_cast<std::int32_t>(facets.size()), {});
   fields.Positions.clear();
   fields.RepeatedFacet = false;
-  fields.EnteredIsIdentity = true;
   for (const ColumnNumber column : fields.Columns.all()) {
     const FacetNumber facet = facets[static_cast<std::size_t>(column.value - 1)];
     if (facet.value == 0) continue;
     const PositionNumber position = fields.Positions.add({facet, column, false});
     fields.Columns[column].ColumnFacet = facet;
     fields.Columns[column].ColumnPosition = position;
-    fields.EnteredIsIdentity &= position.value == facet.value;
     fields.RepeatedFacet |= occupied[facet] != 0;
     occupied[facet] = 1;
   }
@@ -44,7 +43,7 @@ void ReadEntered(SpecContext& context, const SplitLine& line) {
 
   std::vector<FacetNumber> facets;
   for (auto value = line.Values.begin(); value != last.base(); ++value) {
-    const IntegerReading reading = value->empty() ? IntegerReading{} : ParseInt(*value, facetCount);
+    const IntegerReading reading = value->empty() ? IntegerReading{} : PlainInteger(*value, facetCount);
     if (!reading.Good()) throw Halt{FailureCode::NumberInvalid, {}};
     facets.push_back({reading.Value});
   }

@@ -10,8 +10,13 @@
 namespace tessaly {
 namespace {
 
+/// A letter Z may stand behind the number.
 std::int32_t FacetInteger(std::string_view text, std::int32_t limit) {
-  const IntegerReading reading = ParseInt(text, limit);
+  if (const std::size_t z = text.find_last_of("Zz"); z + 1 == text.size()) text.remove_suffix(1);
+  const IntegerReading reading = PlainInteger(text, limit);
+  if (reading.Trouble == IntegerReading::Problem::NonNumeric)
+    throw Halt{FailureCode::NumberInvalid,
+               QuotedLine(text) + " is no facet number. Please give them with commas between them"};
   if (!reading.Good()) throw Halt{FailureCode::NumberInvalid, {}};
   return reading.Value;
 }
@@ -63,14 +68,16 @@ void Orient(SpecContext& context, const SplitLine& line, bool listed) {
 
 void ReadFacets(SpecContext& context, const SplitLine& line) {
   Analysis& analysis = context.Analysis;
-  const IntegerReading count = ParseInt(line.Value(1), kMostFacets);
-  const IntegerReading columns = line.Value(2).empty() ? IntegerReading{} : ParseInt(line.Value(2), kMostFacets);
+  const IntegerReading count = PlainInteger(line.Value(1), kMostFacets);
+  const IntegerReading columns = line.Value(2).empty() ? IntegerReading{} : PlainInteger(line.Value(2), kMostFacets);
   if (!count.Good() || count.Value == 0 || !columns.Good()) {
     context.Host.console.ShowWarning("Facets= takes whole numbers up to" + GeneralText(kMostFacets));
     throw Halt{FailureCode::NumberInvalid, {}};
   }
   if (analysis.FacetCount() == 0) CreateFacets(analysis, count.Value);
-  if (analysis.FacetCount() != count.Value) throw Halt{FailureCode::FacetsConflict, {}};
+  if (analysis.FacetCount() != count.Value)
+    throw Halt{FailureCode::FacetsConflict,
+               "Facets= must come before Noncenter=, Center=, Positive= and Negative=, on the command line too"};
   if (columns.Value > 0 && !context.Waiting.EnteredGiven) analysis.Fields.Columns.resize(columns.Value);
 }
 

@@ -30,6 +30,8 @@ class InputStack {
   /// Polls the user every so many lines, for there may be millions of labels, and when a signal comes while a file that
   /// is opened from now on keeps the program waiting.
   void PollWith(RunControl& control) { control_ = &control; }
+  /// Notes in `sources` which lines come from which file, anew from `Open` on.
+  void NoteSourcesIn(std::vector<SourceChange>& sources) { sources_ = &sources; }
 
   /// Opens the file at the bottom of the stack and sets the line number to 0. `kind` ("Specification", "Data") names it
   /// in messages. Throws `Halt` if it cannot be opened or is no text file.
@@ -44,7 +46,14 @@ class InputStack {
   std::optional<std::string_view> NextRawLine();
 
  private:
+  struct OpenFile {
+    LineFile Lines;
+    std::string Path;
+    std::int64_t LinesRead = 0;
+  };
+
   std::optional<std::string_view> NextPhysicalLine();
+  void CountLine();
   void Push(const std::string& path, std::string_view kind);
   void PushInclude(std::string_view line);
   [[noreturn]] void RefuseInclude(const std::string& name, const std::string& reason);
@@ -53,7 +62,10 @@ class InputStack {
   Console& console_;
   std::string folder_;
   RunControl* control_ = nullptr;
-  std::vector<LineFile> files_;
+  std::vector<SourceChange>* sources_ = nullptr;
+  std::vector<OpenFile> files_;
+  /// The next line is not from the file of the one before.
+  bool fileChanged_ = false;
   std::vector<std::string> opened_;
   std::int32_t includes_ = 0;
 };

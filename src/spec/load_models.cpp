@@ -1,6 +1,7 @@
 #include "spec/load_models.h"
 
 #include <string>
+#include <utility>
 
 #include "spec/model_position.h"
 #include "support/bytes.h"
@@ -15,7 +16,8 @@ constexpr std::size_t kFurtherFields = 3;
 /// Understands one statement. `blamed` is the field at hand.
 class StatementLoader {
  public:
-  StatementLoader(const std::vector<std::string>& written, FieldMap& fields) : written_(written), fields_(fields) {
+  StatementLoader(const std::vector<std::string>& written, FieldMap& fields, Console& console, bool& told)
+      : written_(written), fields_(fields), console_(console), told_(told) {
     const auto positions = static_cast<std::size_t>(fields.ActiveFacetCount());
     statement_.ModelField.resize(1 + positions + kFurtherFields);
     statement_.ModelLow.assign(fields.ActiveFacetCount(), kAnyElement);
@@ -48,6 +50,8 @@ class StatementLoader {
     blamed_ = field;
     const std::optional<ModelPosition> position = ParseModelPosition(field);
     if (!position) throw Halt{FailureCode::InvalidElementNumber, {}};
+    if (position->Text.empty() && field.find_first_not_of("B-_ ") != std::string::npos)
+      Tell(QuotedLine(field) + " names no elements, so the facet is left out. Please give ?, a number, a range or X");
     field = position->Text;
     statement_.ModelLow[number] = position->Low;
     statement_.ModelHigh[number] = position->High;
@@ -63,10 +67,21 @@ class StatementLoader {
     if (weight.empty()) weight = "1";
     blamed_ = weight;
     if (!IsNumeric(weight)) throw Halt{FailureCode::NonNumericWeight, '"' + weight + '"'};
+    const std::string& spare = statement_.ModelField.back();
+    if (IsNumeric(spare))
+      Tell(QuotedLine(spare) + " behind the weight " + weight + " is ignored. Decimals take a point");
+  }
+
+  /// Of thousands of statements, one is enough.
+  void Tell(const std::string& text) {
+    if (std::exchange(told_, true)) return;
+    console_.ShowWarning("Models= " + QuotedLine(Joined(written_, ",")) + ": " + text);
   }
 
   const std::vector<std::string>& written_;
   FieldMap& fields_;
+  Console& console_;
+  bool& told_;
   ModelStatement statement_;
   std::string blamed_;
 };
@@ -86,9 +101,11 @@ std::string Quoted(const std::vector<std::string>& written, const std::string& b
 
 }  // namespace
 
-void LoadModels(const std::vector<StatementLine>& lines, FieldMap& fields, ModelTables& models, InputLine& at) {
+void LoadModels(const std::vector<StatementLine>& lines, FieldMap& fields, ModelTables& models, InputLine& at,
+                Console& console) {
+  bool told = false;
   const auto load = [&](const std::vector<std::string>& written, std::int64_t lineNumber) {
-    StatementLoader loader(written, fields);
+    StatementLoader loader(written, fields, console, told);
     try {
       models.Statements[models.Statements.add(loader.Load())].LineNumber = lineNumber;
     } catch (const Halt&) {

@@ -68,7 +68,7 @@ void BuildTables(SpecContext& context) {
   Console& console = context.Host.console;
   RequireFacetsAndLabels(context);
   if (!context.Waiting.EnteredGiven) SetIdentityFields(analysis.FacetCount(), analysis.Fields);
-  LoadModels(context.Waiting.Models, analysis.Fields, analysis.Models, analysis.Input);
+  LoadModels(context.Waiting.Models, analysis.Fields, analysis.Models, analysis.Input, console);
   LoadLabels(context.Waiting.Labels, analysis, console);
   ParseDelements(analysis.Settings.DelementsOption, analysis.FacetCount(), analysis.Fields, console);
   ApplyDvalues(context.Waiting.Dvalues, analysis.Fields, analysis.Input);

@@ -1,5 +1,8 @@
 #include "spec/scale_code.h"
 
+#include <string>
+
+#include "support/bytes.h"
 #include "support/number_text.h"
 
 namespace tessaly {
@@ -12,12 +15,16 @@ constexpr std::int32_t kDefaultTop = 9;
 
 std::optional<ScaleCode> ParseScaleCode(std::string_view code) {
   if (code.empty()) return {};
-  const double value = LeadingNumber(code.substr(1));
+  std::string digits(code.substr(1));
+  const bool keep = std::erase(digits, 'K') > 0;
+  // A misspelt name of a rating scale is no code.
+  if (!TrimBlanks(digits).empty() && !IsNumeric(digits)) return {};
+  const double value = LeadingNumber(digits);
   const std::int32_t number = RoundToLong(value);
   if (value > kHighestCategory || value != number) return {};
 
   ScaleCode scale;
-  scale.Keep = code.find('K') != std::string_view::npos;
+  scale.Keep = keep;
   switch (code.front()) {
     case 'R':
       scale.Top = number > 0 ? number : kDefaultTop;

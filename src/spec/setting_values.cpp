@@ -32,6 +32,11 @@ double ExactValue(std::string_view text) {
   return IsNumeric(text) ? LeadingNumber(text) : double(EvaluateExpression(text));
 }
 
+IntegerReading PlainInteger(std::string_view text, std::int32_t limit) {
+  if (!IsNumeric(text)) return {0, IntegerReading::Problem::NonNumeric};
+  return ParseInt(text, limit);
+}
+
 bool IsNumberOf(double value, std::string_view text) {
   return value != 0 || text.find('0') != std::string_view::npos;
 }

@@ -8,6 +8,7 @@
 #include "spec/spec_context.h"
 #include "spec/split_line.h"
 #include "support/bytes.h"
+#include "support/number_text.h"
 
 namespace tessaly {
 
@@ -23,6 +24,8 @@ std::int32_t AbsoluteWholeValue(std::string_view text);
 float AbsoluteValue(std::string_view text);
 /// The value of `text`, exact for a plain number of any size, or as an expression.
 double ExactValue(std::string_view text);
+/// `ParseInt` of a text that is a number and nothing else, so that what stands behind it is not lost.
+IntegerReading PlainInteger(std::string_view text, std::int32_t limit);
 /// Whether a text of this value is a number: one that reads as 0 must have a digit 0 to show it.
 bool IsNumberOf(double value, std::string_view text);
 

@@ -25,6 +25,14 @@ struct InputLine {
   std::string LastLine;
 };
 
+/// From a line on, as lines are counted through include files, lines come from another file.
+struct SourceChange {
+  std::int64_t FirstLine = 0;
+  std::string File;
+  /// Number of the first one in its file.
+  std::int64_t OwnLine = 0;
+};
+
 /// One analysis.
 struct Analysis {
   tessaly::Settings Settings;
@@ -44,6 +52,8 @@ struct Analysis {
   std::vector<std::string> SpecComments;
   /// The line most recently read.
   InputLine Input;
+  /// The files of the lines of the input at hand, in order of lines.
+  std::vector<SourceChange> Sources;
   /// The data file at hand, in parentheses for data inside the specification file; empty before the data phase.
   std::string CurrentDataFile;
   /// Facet of the last lookup in a facet without elements, 0 for none.

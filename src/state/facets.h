@@ -107,8 +107,6 @@ struct FieldMap {
   Table<PositionNumber, ActivePosition> Positions;
   /// A facet occupies more than one position.
   bool RepeatedFacet = false;
-  /// Position p holds facet p, for all p.
-  bool EnteredIsIdentity = true;
   /// Kind of element reference by facet: {'N','.'} numbers, {'L','.'} labels, or both letters in the order tried.
   Table<FacetNumber, std::array<char, 2>, 0> FacetIdentifiers;
 

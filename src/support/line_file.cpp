@@ -21,6 +21,8 @@ std::string_view ForeignName(std::string_view start) {
   const std::string_view mark = start.substr(0, 2);
   if (mark == "{\\") return "RTF";
   if (mark == "\xFF\xFE" || mark == "\xFE\xFF") return "Unicode";
+  // The same without a mark: every other byte of plain letters is 0.
+  if (mark.size() == 2 && (mark[0] == '\0') != (mark[1] == '\0')) return "Unicode";
   return {};
 }
 

@@ -229,10 +229,12 @@ TEST(DataReader, NotesInvalidValuesOnce) {
   EXPECT_EQ(run.A.Counters.InvalidCount, 5);
 }
 
-TEST(DataReader, WarnsOfExcessResponsesOnce) {
+TEST(DataReader, TellsOfExcessResponsesOnceAndHowMany) {
   const DataRun run(ThreeFacets("Models=?,?,?,R9"), "1,1,11,2,,\n1,1,11,2,3,,4,\n1,1,11,2,3\n");
   EXPECT_EQ(run.Said.Warnings, (Texts{"Data line in " + run.A.CurrentDataFile + " line: 2", "1,1,11,2,3,,4,",
-                                      "Warning (18)! 3 excess responses ignored"}));
+                                      "Warning (18)! 3 excess responses ignored",
+                                      "Excess responses in 2 data lines: is a column missing in Facets= or Entered=, "
+                                      "or a decimal comma in the data?"}));
   EXPECT_EQ(run.A.Counters.ResponsesFound, 3);
 }
 

@@ -211,6 +211,10 @@ TEST(Ruler, WhatDoesNotFitGoesIntoContinuationLines) {
   EXPECT_EQ(Column(numbers, 1), "11,1  2  3,4  5  6,7  8  9,10,");
   EXPECT_EQ(Column(numbers, 0), "2,1,,,,0");
   EXPECT_EQ(Column(numbers, 2).substr(0, 17), "*,**********,,,,");
+  // A column of one element in a line narrows its heading too while another one has several.
+  world.AddFacet("Examiner", {{"one", 1}});
+  const Lines narrow = world.Rulers("1N,2N,#", "22,1,0,2");
+  EXPECT_NE(std::find(narrow.begin(), narrow.end(), "|Measr|+object|-Examin|"), narrow.end());
   const Lines report = world.Rulers("1A,1C,S", "10,1,0,2");
   EXPECT_EQ(Column(Rows(report), 1),
             "上下 名前,Größe 0,Größe 1,Größe 2,Größe 3,Größe 4,Größe 5,Größe 6,Größe 7,Größe 8,Größe 9,");

@@ -75,11 +75,9 @@ TEST(Entered, ColumnsAndPositions) {
   EXPECT_EQ(skipped.Columns[{2}].ColumnPosition.value, 0);
   EXPECT_EQ(skipped.Columns[{3}].ColumnPosition.value, 2);
   EXPECT_EQ(skipped.Positions[{2}].PositionColumn.value, 3);
-  EXPECT_TRUE(skipped.EnteredIsIdentity);
   EXPECT_FALSE(skipped.RepeatedFacet);
   const FieldMap repeated = fields("Entered=2,1,2");
   EXPECT_TRUE(repeated.RepeatedFacet);
-  EXPECT_FALSE(repeated.EnteredIsIdentity);
   EXPECT_EQ(repeated.Positions[{3}].PositionFacet.value, 2);
   EXPECT_EQ(fields("Entered=,,").ActiveFacetCount(), 2);
 

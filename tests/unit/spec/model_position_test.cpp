@@ -68,6 +68,7 @@ TEST(ScaleCode, TypesAndTops) {
   };
   const Case cases[] = {
       {"R", ModelType::RatingScale, 9, 0, false},     {"R5K", ModelType::RatingScale, 5, 0, true},
+      {"RK 5", ModelType::RatingScale, 5, 0, true},   {"R 7 ", ModelType::RatingScale, 7, 0, false},
       {"R0", ModelType::RatingScale, 9, 0, false},    {"R255", ModelType::RatingScale, 255, 0, false},
       {"R0007", ModelType::RatingScale, 7, 0, false}, {"B3", ModelType::Binomial, 3, 0, false},
       {"D", ModelType::Binomial, 1, 0, false},        {"D3", ModelType::Binomial, 1, 3, false},
@@ -81,7 +82,7 @@ TEST(ScaleCode, TypesAndTops) {
     EXPECT_EQ(scale->DichotomyCut, c.Cut) << c.Code;
     EXPECT_EQ(scale->Keep, c.Keep) << c.Code;
   }
-  for (const char* code : {"", "B", "B0", "R256", "R2.5", "D1E99", "E5", "5", "r"})
+  for (const char* code : {"", "B", "B0", "R256", "R2.5", "D1E99", "E5", "5", "r", "RATING", "MARK", "R5X"})
     EXPECT_FALSE(ParseScaleCode(code)) << code;
 }
 

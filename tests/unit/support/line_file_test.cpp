@@ -103,6 +103,7 @@ TEST_F(LineFileTest, FormatsAndFailures) {
                 .ForeignFormat(),
             "Unicode");
   EXPECT_EQ(Open("\xFE\xFF").ForeignFormat(), "Unicode");
+  EXPECT_EQ(Open(std::string("T\0i\0", 4)).ForeignFormat(), "Unicode");
   EXPECT_EQ(Open("{").ForeignFormat(), "");
   EXPECT_EQ(Open("").ForeignFormat(), "");
   LineFile text = Open("Title = x\n");
