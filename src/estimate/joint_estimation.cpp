@@ -31,6 +31,8 @@ constexpr std::int32_t kPriorityWithoutScales = 2;
 constexpr std::int32_t kDampingFrom = 11;
 constexpr float kDampingBack = 0.75F;
 constexpr float kDampingOn = 1.01F;
+/// Logit. Below it slow progress is no reason for longer steps: estimates at rest would be driven apart for ever.
+constexpr float kLeastLengthened = 0.0001F;
 constexpr float kLeastDamping = 0.001F;
 constexpr float kMostDamping = 2.0F;
 
@@ -241,7 +243,7 @@ void JointEstimation::AdaptDamping() {
   if (Sign(summary_.MaxActiveChange) != Sign(previousActiveChange_) ||
       Sign(summary_.MaxScoreResidual) != Sign(previousScoreResidual_) || residual > 2 * previous) {
     damping *= kDampingBack;
-  } else if (0.9 * previous < residual) {
+  } else if (0.9 * previous < residual && std::fabs(summary_.MaxActiveChange) > kLeastLengthened) {
     damping *= kDampingOn;
   }
   damping = std::clamp(damping, kLeastDamping, kMostDamping);
