@@ -72,7 +72,7 @@ class AnchorStep {
     if (text.empty() || toldNoNumber_) return;
     toldNoNumber_ = true;
     console_.ShowWarning("Anchoring or starting value is not a number: " + QuotedLine(Quoted(element)) +
-                         ". Labels with commas need quotation marks");
+                         ". A label cannot hold a comma");
   }
 
   std::int16_t GroupOf(ElementIndex element) {
