@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "data/data_files.h"
 #include "support/bytes.h"
 #include "support/failure.h"
 #include "support/number_text.h"
@@ -135,10 +136,16 @@ void DataNotes::ShowFirst(const UnspecifiedElement& element, const DataLine& lin
   std::string check = "Check (1)? Unspecified element: facet:" + GeneralText(element.FacetNumber) +
                       " element:" + GeneralText(element.ElementNumber);
   if (!element.Label.empty()) check += " label: " + QuotedLine(element.Label);
-  check += " in line" + GeneralText(analysis_.Input.LineNumber);
+  check += InLine();
   check += Building() ? " - see Table 2." : " - Specify Labels=Build to list in Table 2.";
   const std::string& delements = analysis_.Settings.DelementsOption;
   console_.ShowWarning(check + " Delements = " + (delements.empty() ? "N" : delements));
+}
+
+std::string DataNotes::InLine() const {
+  const std::string line = " in line" + GeneralText(analysis_.Input.LineNumber);
+  const bool several = DataFileNames(analysis_.Settings.DataFileName).size() > 1;
+  return several ? line + " of " + analysis_.CurrentDataFile : line;
 }
 
 void DataNotes::NoteInvalid(const DataLine& line, const LineReferences& references, std::string_view datum) {
@@ -146,9 +153,8 @@ void DataNotes::NoteInvalid(const DataLine& line, const LineReferences& referenc
   const std::string shown = QuotedLine(datum);
   if (!invalidSeen_.insert(shown).second) return;
   const std::string note = "Check (2)? Invalid datum location: " +
-                           DatumLocation(line, references, analysis_.Fields.ActiveFacetCount(), shown) + " in line" +
-                           GeneralText(analysis_.Input.LineNumber) + ". Datum \"" + shown +
-                           "\" is too big or not a positive integer, treated as missing.";
+                           DatumLocation(line, references, analysis_.Fields.ActiveFacetCount(), shown) + InLine() +
+                           ". Datum \"" + shown + "\" is too big or not a positive integer, treated as missing.";
   if (invalidSeen_.size() <= kInvalidValuesShown) {
     console_.ShowWarning(note);
   } else {

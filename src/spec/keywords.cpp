@@ -43,7 +43,7 @@ constexpr Keyword kKeywords[] = {
      "Centers the listed facets; all others are not centered.", ReadCenter, KeywordUse::Once, "Noncenter="},
     {"Convergence=", "C", "score residual, logit change, category residual, step change", "0.5, 0.01, 0, 0",
      "Criteria that end the estimation. A value left out keeps its default.", ReadConvergence},
-    {"CSV=", "CS", "Tab, Comma (or Y), Semicolon, Blank (or N, F), or the text itself", "Blank",
+    {"CSV=", "CS", "Tab, Comma (or Y), Semicolon, Blank (or N, F), or another text", "Blank",
      "What separates the fields of output files.", ReadCsv},
     {"Data=", "D", "file names joined with +, or empty for data behind this line", "none",
      "Where the data are. The first name stands; an empty value behind a name ends the specification.", ReadData,

@@ -86,6 +86,8 @@ void ReadInterRater(SpecContext& context, const SplitLine& line) {
   std::vector<std::int32_t>& facets = context.Analysis.Settings.InterRaterFacets;
   facets.clear();
   const std::int32_t raters = AbsoluteWholeValue(line.Value(1));
+  if (!line.Value(1).empty() && !IsNumberOf(raters, line.Value(1)))
+    context.Host.console.ShowWarning("Inter-rater= takes facet numbers: " + QuotedLine(line.Value(1)) + " is none");
   if (raters == 0) return;
   facets.push_back(raters);
   for (std::size_t number = 2; number <= line.Values.size(); ++number) {
