@@ -144,7 +144,8 @@ void DataNotes::ShowFirst(const UnspecifiedElement& element, const DataLine& lin
 
 std::string DataNotes::InLine() const {
   const std::string line = " in line" + GeneralText(analysis_.Input.LineNumber);
-  const bool several = DataFileNames(analysis_.Settings.DataFileName).size() > 1;
+  // Lines are counted through include files.
+  const bool several = analysis_.Sources.size() == 1 && DataFileNames(analysis_.Settings.DataFileName).size() > 1;
   return several ? line + " of " + analysis_.CurrentDataFile : line;
 }
 

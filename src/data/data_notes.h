@@ -50,7 +50,7 @@ class DataNotes {
   bool Building() const { return analysis_.Settings.LabelsBuild != 'N'; }
   void NoteRange(const DataLine& line, const LineReferences& references, ElementResolver& resolver,
                  std::int64_t responses);
-  /// "in line 3", and of which of several files.
+  /// "in line 3", and of which of several files that include no others.
   std::string InLine() const;
   UnspecifiedElement ElementAt(const DataLine& line, const LineReferences& references, PositionNumber position) const;
   void Note(const UnspecifiedElement& element, const DataLine& line, const LineReferences& references);

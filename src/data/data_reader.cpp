@@ -47,8 +47,8 @@ class ProgressMarks {
 };
 
 /// What may be wrong with a line that has too few fields.
-std::vector<std::string> SeparatorTrouble(std::string_view line) {
-  if (line.find(';') == std::string_view::npos) return {};
+std::vector<std::string> SeparatorTrouble(std::string_view raw, std::int32_t fields) {
+  if (fields > 1 || raw.find(';') == std::string_view::npos) return {};
   return {"  Semicolons begin comments: please separate fields with commas or TABs"};
 }
 
@@ -150,7 +150,7 @@ bool DataReader::ReadLine(std::string_view raw) {
 /// Finds the elements of the line; false for a line that is skipped, of which nothing is noted.
 bool DataReader::ResolveReferences(std::string_view raw) {
   if (line_.FieldCount() <= columns_) {
-    refusal_.Refuse(FailureCode::TooFewFields, SeparatorTrouble(raw));
+    refusal_.Refuse(FailureCode::TooFewFields, SeparatorTrouble(raw, line_.FieldCount()));
     return false;
   }
   // A line that halts the run may be the first active one; a line that is skipped is never active.

@@ -14,8 +14,6 @@ namespace {
 constexpr double kProxSpread = 2.89;
 constexpr float kLongestStep = 1.0F;
 constexpr float kCurveFittingShare = 0.5F;
-/// Of the possible score. Scores nearer to a limit than that are met where the curve is flat.
-constexpr double kLeastFarFraction = 1e-6;
 
 /// The logit at which the PROX method places an element: where it balances the mean of the other measures that it met,
 /// which count with the sign they have in the model.
@@ -28,23 +26,12 @@ float ProxMeasure(const ElementRecord& record, const EstimationSums& sums, doubl
   return static_cast<float>(expansion * logit - mean);
 }
 
-/// Whether the expected score has reached a limit and the score to be met has not: the element is so far out that in
-/// single precision the score curve is flat.
-bool FarOut(const EstimationSums& sums, double adjusted, double possible) {
-  const double near = kLeastFarFraction * possible;
-  const double s = sums.ExpectedScore;
-  return std::min(s, possible - s) <= near && std::fabs(adjusted - s) > near;
-}
-
 float CurveFittingChange(const EstimationSums& sums, double adjusted, double possible, const StepRule& rule,
                          float smallest) {
   const double s = sums.ExpectedScore;
   const double probed = sums.ExpectedScoreProbe;
   const float slope = LogRatio(s, possible - s, possible - probed, probed, smallest);
-  if (std::fabs(slope) <= smallest) {
-    if (!FarOut(sums, adjusted, possible)) return 0;
-    return adjusted < s ? -kLongestStep : kLongestStep;
-  }
+  if (std::fabs(slope) <= smallest) return 0;
   const float gap = LogRatio(adjusted, possible - adjusted, possible - s, s, smallest);
   return gap * kCurveFittingShare * rule.CurveDamping * std::min(1.0F, std::fabs(rule.CurveProbe / slope));
 }
@@ -77,9 +64,6 @@ ElementStepResult ElementStep(const ElementRecord& record, const EstimationSums&
   }
   if (!facetPositive) step.Change = -step.Change;
   step.Change = ShortenedStep(static_cast<double>(step.Change), kLongestStep);
-  // Beyond the range there is nothing to find on the way back.
-  if (std::fabs(measure) > settings.HardwareExponent && FarOut(sums, adjusted, possible))
-    step.Change += std::copysign(settings.HardwareExponent, measure) - measure;
   return step;
 }
 

@@ -243,7 +243,8 @@ void JointEstimation::AdaptDamping() {
   if (Sign(summary_.MaxActiveChange) != Sign(previousActiveChange_) ||
       Sign(summary_.MaxScoreResidual) != Sign(previousScoreResidual_) || residual > 2 * previous) {
     damping *= kDampingBack;
-  } else if (0.9 * previous < residual && std::fabs(summary_.MaxActiveChange) > kLeastLengthened) {
+  } else if (0.9 * previous < residual &&
+             std::fabs(summary_.MaxActiveChange) > kLeastLengthened * std::min(damping, 1.0F)) {
     damping *= kDampingOn;
   }
   damping = std::clamp(damping, kLeastDamping, kMostDamping);

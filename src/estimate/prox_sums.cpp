@@ -31,10 +31,11 @@ void ProxSums::Add(const Observation& obs) {
   for (std::size_t at = obs.Elements.size(); at-- > 0;) {
     const ObservedElement& own = obs.Elements[at];
     if (!own.Collects(obs.Status)) continue;
-    const float z = (obs.MeasureSum - own.CurrentMeasure) * obs.ObsWeight;
+    const float others = obs.MeasureSum - own.CurrentMeasure;
+    const float z = others * obs.ObsWeight;
     EstimationSums& sums = sums_[own.CurrentElement];
     sums.ExpectedScore += static_cast<double>(z);
-    sums.Information += z * z;
+    sums.Information += z * others;
     sums.ProxWeight += obs.ObsWeight;
   }
 }

@@ -85,7 +85,9 @@ class Describer {
   }
 
   void TakeLabel(std::string& label, std::string_view given, std::int32_t number) {
-    if (!label.empty() && label != given && !toldTwice_) {
+    const FacetNumber next{number};
+    const bool headsFacet = number > facet_.value && facets_.holds(next) && !facets_[next].HasElements();
+    if (headsFacet && !label.empty() && label != given && !toldTwice_) {
       toldTwice_ = true;
       console_.ShowWarning("Element" + GeneralText(number) + " of facet" + GeneralText(facet_.value) + " is labelled " +
                            QuotedLine(label) + ", then in line" + GeneralText(at_.LineNumber) + " " +

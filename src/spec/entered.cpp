@@ -43,9 +43,7 @@ void ReadEntered(SpecContext& context, const SplitLine& line) {
 
   std::vector<FacetNumber> facets;
   for (auto value = line.Values.begin(); value != last.base(); ++value) {
-    const IntegerReading reading = value->empty() ? IntegerReading{} : PlainInteger(*value, facetCount);
-    if (!reading.Good()) throw Halt{FailureCode::NumberInvalid, {}};
-    facets.push_back({reading.Value});
+    facets.push_back({value->empty() ? 0 : FacetInteger(*value, facetCount)});
   }
   SetFields(facets, facetCount, fields);
   if (fields.ActiveFacetCount() == 0) throw Halt{FailureCode::NumberInvalid, {}};

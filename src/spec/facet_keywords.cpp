@@ -10,15 +10,9 @@
 namespace tessaly {
 namespace {
 
-/// A letter Z may stand behind the number.
-std::int32_t FacetInteger(std::string_view text, std::int32_t limit) {
-  if (const std::size_t z = text.find_last_of("Zz"); z + 1 == text.size()) text.remove_suffix(1);
-  const IntegerReading reading = PlainInteger(text, limit);
-  if (reading.Trouble == IntegerReading::Problem::NonNumeric)
-    throw Halt{FailureCode::NumberInvalid,
-               QuotedLine(text) + " is no facet number. Please give them with commas between them"};
-  if (!reading.Good()) throw Halt{FailureCode::NumberInvalid, {}};
-  return reading.Value;
+std::string_view WithoutZ(std::string_view item) {
+  if (item.size() > 1 && (item.back() == 'Z' || item.back() == 'z')) item.remove_suffix(1);
+  return item;
 }
 
 void CreateFacets(Analysis& analysis, std::int32_t count) {
@@ -38,13 +32,13 @@ std::vector<ListedFacet> ListedFacets(SpecContext& context, const std::vector<st
   if (limit == 0) {
     limit = 2;
     for (const std::string& item : items)
-      if (!item.empty()) limit = std::max(limit, FacetInteger(item, kMostFacets));
+      if (!item.empty()) limit = std::max(limit, FacetInteger(WithoutZ(item), kMostFacets));
     CreateFacets(context.Analysis, limit);
   }
   std::vector<ListedFacet> facets;
   for (const std::string& item : items) {
     if (item.empty()) continue;
-    const FacetNumber facet{FacetInteger(item, limit)};
+    const FacetNumber facet{FacetInteger(WithoutZ(item), limit)};
     if (facet.value > 0) facets.push_back({facet, item.find_first_of("Zz") != std::string::npos});
   }
   return facets;

@@ -68,9 +68,10 @@ void ReadScorefile(SpecContext& context, const SplitLine& line) {
 }
 
 void ReadSeed(SpecContext& context, const SplitLine& line) {
-  const double seed = std::abs(std::round(ExactValue(line.Value(1))));
-  if (seed > kHighestSeed || !IsNumberOf(seed, line.Value(1))) {
-    context.Host.console.ShowWarning("Seed= takes a whole number up to" + GeneralText(kHighestSeed));
+  if (line.Value(1).empty()) return context.Analysis.Settings.Seed.reset();
+  const double seed = IsNumeric(line.Value(1)) ? LeadingNumber(line.Value(1)) : -1;
+  if (seed < 0 || seed > kHighestSeed || seed != std::trunc(seed)) {
+    context.Host.console.ShowWarning("Seed= takes a whole number from 0 to" + GeneralText(kHighestSeed));
     throw Halt{FailureCode::NumberInvalid, {}};
   }
   context.Analysis.Settings.Seed = static_cast<std::int32_t>(seed);

@@ -86,7 +86,7 @@ void ReadInterRater(SpecContext& context, const SplitLine& line) {
   std::vector<std::int32_t>& facets = context.Analysis.Settings.InterRaterFacets;
   facets.clear();
   const std::int32_t raters = AbsoluteWholeValue(line.Value(1));
-  if (!line.Value(1).empty() && !IsNumberOf(raters, line.Value(1)))
+  if (!line.Value(1).empty() && FirstLetter(line.Value(1)) != 'N' && !IsNumberOf(raters, line.Value(1)))
     context.Host.console.ShowWarning("Inter-rater= takes facet numbers: " + QuotedLine(line.Value(1)) + " is none");
   if (raters == 0) return;
   facets.push_back(raters);

@@ -37,6 +37,15 @@ IntegerReading PlainInteger(std::string_view text, std::int32_t limit) {
   return ParseInt(text, limit);
 }
 
+std::int32_t FacetInteger(std::string_view item, std::int32_t limit) {
+  const IntegerReading reading = PlainInteger(item, limit);
+  if (reading.Trouble == IntegerReading::Problem::NonNumeric)
+    throw Halt{FailureCode::NumberInvalid,
+               QuotedLine(item) + " is no facet number. Please give them with commas between them"};
+  if (!reading.Good()) throw Halt{FailureCode::NumberInvalid, {}};
+  return reading.Value;
+}
+
 bool IsNumberOf(double value, std::string_view text) {
   return value != 0 || text.find('0') != std::string_view::npos;
 }

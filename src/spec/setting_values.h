@@ -26,6 +26,8 @@ float AbsoluteValue(std::string_view text);
 double ExactValue(std::string_view text);
 /// `ParseInt` of a text that is a number and nothing else, so that what stands behind it is not lost.
 IntegerReading PlainInteger(std::string_view text, std::int32_t limit);
+/// `PlainInteger` of an item in a list of facets. Throws `Halt{NumberInvalid}`.
+std::int32_t FacetInteger(std::string_view item, std::int32_t limit);
 /// Whether a text of this value is a number: one that reads as 0 must have a digit 0 to show it.
 bool IsNumberOf(double value, std::string_view text);
 

@@ -68,8 +68,8 @@ TEST(JointLikelihood, WeightsOfDataLinesModelsAndElementsEnterOnce) {
 }
 
 TEST(JointLikelihood, ExtremeScoresAreMeasuredTheirAdjustmentInsideTheRange) {
-  // With large weights the starting values of extreme elements are hundreds of logits out.
-  for (const auto& [adjustment, weight] : {std::pair{0.3, 1.0}, {0.5, 1.0}, {0.1, 1.0}, {0.3, 60.0}}) {
+  // Large weights must not lead the starting values of extreme elements astray.
+  for (const auto& [adjustment, weight] : {std::pair{0.3, 1.0}, {0.5, 1.0}, {0.1, 1.0}, {0.3, 60.0}, {0.3, 1000.0}}) {
     Design design = SimulatedDesign({20, 6, 3}, 2, 8, 0);
     // Persons 1 and 2 at the ends, rater 1 gives the highest category to everybody: then item 6 falls to person 3
     // alone.

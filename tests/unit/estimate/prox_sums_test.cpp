@@ -138,13 +138,13 @@ TEST(ObservedTotals, CountBeyondTheWholeNumbersOfASingle) {
   EXPECT_EQ(record.RawScore, 67108867);
 }
 
-TEST(ProxSums, HoldTheMeasuresOfTheOthersWithTheWeightSquared) {
+TEST(ProxSums, CountTheMeasuresOfTheOthersAsOftenAsTheWeightSays) {
   ProxBed bed;
   Table<ElementIndex, EstimationSums> sums(6);
   ProxSums prox(sums);
   bed.Pass({{1, 5, 2, 2.0F}, {1, 6, 2, 1.0F}}, [&](const Observation& obs) { prox.Add(obs); });
   EXPECT_DOUBLE_EQ(sums[{1}].ExpectedScore, 2 * -2.5 - 3);
-  EXPECT_FLOAT_EQ(sums[{1}].Information, 5.0F * 5 + 3 * 3);
+  EXPECT_FLOAT_EQ(sums[{1}].Information, 2 * 2.5F * 2.5F + 3 * 3);
   EXPECT_FLOAT_EQ(sums[{1}].ProxWeight, 3);
   EXPECT_DOUBLE_EQ(sums[{5}].ExpectedScore, 2 * 0.5);
   EXPECT_FALSE(prox.PoissonSeen());
