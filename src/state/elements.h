@@ -60,7 +60,7 @@ struct alignas(32) EstimationSums {
   double ExpectedScore = 0;
   /// Sum of w E', with E' the expected response at the measure less `CurveProbe`.
   double ExpectedScoreProbe = 0;
-  /// JMLE: sum of w V. PROX: sum of (w m)^2.
+  /// JMLE: sum of w V. PROX: sum of w m m.
   float Information = 0;
   /// PROX: sum of w.
   float ProxWeight = 0;
