@@ -13,7 +13,7 @@ MACHINE_PATH = re.compile(rb"(?<![\w.~-])/(?:(?:work|root|Users)/|home/\w)[^\s\"
 
 
 def project_files(root):
-    """What is tracked or could be; without git all that is no build folder."""
+    """What is tracked or could be; without git all that nobody builds."""
     try:
         listed = subprocess.run(["git", "-C", root, "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                                 check=True, capture_output=True).stdout
@@ -21,7 +21,8 @@ def project_files(root):
         paths = [Path(root) / name for name in names]
     except (OSError, subprocess.CalledProcessError):
         paths = [path for path in sorted(Path(root).rglob("*"))
-                 if not path.relative_to(root).parts[0].startswith(("build", ".git"))]
+                 if not path.relative_to(root).parts[0].startswith(("build", ".git"))
+                 and "__pycache__" not in path.parts]
     return [path for path in paths if path.is_file()]
 
 
