@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "data/observation_pass.h"
+#include "estimate/constraint_conflicts.h"
 #include "estimate/jmle_sums.h"
 #include "estimate/prepare_scales.h"
 #include "estimate/priorities.h"
@@ -162,6 +163,7 @@ bool JointEstimation::ProxIsDone() const {
 void JointEstimation::CheckConstraints() {
   if (constraintsChecked_) return;
   constraintsChecked_ = true;
+  for (const std::string& conflict : ConstraintConflicts(analysis_)) console_.ShowWarning(conflict);
   std::string& warning = analysis_.ConstraintWarning;
   if (trace_.UnconstrainedFacets == 1) return;
   warning = trace_.UnconstrainedFacets == 0 ? "Warning (7)! Over-constrained?  Noncenter= not in effect"
@@ -261,6 +263,10 @@ void JointEstimation::NothingLeft() const {
 bool JointEstimation::GoOn() {
   if (recount_ || subsets_.Changed() || control_.Phase < Phase::Jmle) return true;
   const bool more = CriteriaAskForMore();
+  if (AtRest()) {
+    if (more) TellRest();
+    return false;
+  }
   if (more && control_.Iteration == kManyIterations)
     console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) +
                          " iterations. Iterations= limits them, Ctrl+F goes on to the report");
@@ -268,6 +274,18 @@ bool JointEstimation::GoOn() {
   if (limit <= 0 || control_.Iteration < limit) return more;
   if (more) listener_.LimitReached(limit);
   return false;
+}
+
+bool JointEstimation::AtRest() const {
+  return std::fabs(summary_.MaxLogitChange) < kNoChange && std::fabs(summary_.MaxCategoryChange) < kNoChange;
+}
+
+void JointEstimation::TellRest() const {
+  const Settings& s = analysis_.Settings;
+  const double score = std::fabs(summary_.MaxScoreResidual);
+  if (s.ConvergenceScore <= 0 || score <= static_cast<double>(s.ConvergenceScore)) return;
+  console_.ShowWarning("At rest, but not converged: a score residual of" + GeneralText(static_cast<float>(score)) +
+                       " remains, above Convergence=. Do anchors, Center= or Noncenter= hold too much?");
 }
 
 bool JointEstimation::WithinFirstIterations() const {
@@ -283,7 +301,6 @@ bool JointEstimation::CriteriaAskForMore() const {
   const auto above = [](auto value, float criterion) {
     return criterion > 0 && static_cast<double>(value) > static_cast<double>(criterion);
   };
-  if (logit < kNoChange && step < kNoChange) return false;
   const bool anyCriterion = s.ConvergenceScore > 0 || s.ConvergenceLogit > 0 || s.ConvergenceCategoryScore > 0 ||
                             s.ConvergenceCategoryLogit > 0;
   if (!anyCriterion) return true;

@@ -47,6 +47,9 @@ class JointEstimation {
 
   bool GoOn();
   bool CriteriaAskForMore() const;
+  /// Nothing moves any more, whatever the criteria are.
+  bool AtRest() const;
+  void TellRest() const;
   bool WithinFirstIterations() const;
 
   Analysis& analysis_;

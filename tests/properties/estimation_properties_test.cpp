@@ -145,6 +145,52 @@ TEST(EstimationProperties, TurningAFacetRoundMirrorsItsMeasures) {
   }
 }
 
+TEST(EstimationProperties, ItemsTurnedRoundMeasureAsIfTheirResponsesHadBeen) {
+  for (const int top : {1, 2}) {
+    Design plain = SimulatedDesign({40, 3, 6}, top, 11);
+    plain.Settings += "Noncenter=3\n";
+    plain.Models = "?,?,?,Scale";
+    plain.Blocks = "Rating scale=Scale,R" + NumberText(top) + "\n*\n";
+    Design turned = plain;
+    turned.Models = "-?,-?,4-6,Scale\n?,?,?,Scale";
+    for (Rating& rating : turned.Ratings)
+      if (rating.Elements[2] > 3) rating.Response = top - rating.Response;
+    const FinishedAnalysis a = plain.Run();
+    const FinishedAnalysis b = turned.Run();
+    ExpectSameSteps(a, b, kRounding);
+    ForEachElement(plain, [&](int facet, int number) {
+      const bool mirrored = facet == 3 && number > 3;
+      EXPECT_NEAR(a.Measure(facet, number), (mirrored ? -1 : 1) * b.Measure(facet, number), kRounding);
+      EXPECT_NEAR(a.StandardError(facet, number), b.StandardError(facet, number), kRounding);
+    });
+    // With their mean held, items on both sides cannot have the origin that their scores ask for.
+    const std::string_view conflict =
+        "Models= -?,-?,4-6,SCALE,1: - here, but not everywhere, turns the origin of facet 3 round, so it cannot be "
+        "centered. Please use Noncenter=3";
+    EXPECT_FALSE(b.Warns(conflict));
+    EXPECT_TRUE(turned.Run({"Facets=3", "Noncenter=1", "Iterations=100"}).Warns(conflict));
+  }
+}
+
+TEST(EstimationProperties, RestWithScoresThatAreNotMetIsTold) {
+  // Responses without an item are met at difficulty 0, so the mean of the items is no free choice: they are easier.
+  Design design({8, 2}, "?,?,D");
+  for (int person = 1; person <= 8; ++person) {
+    for (int repeated = 0; repeated < 4; ++repeated) {
+      design.Ratings.push_back({{person, 1 + repeated % 2}, person % 4 != repeated});
+      design.Ratings.push_back({{person, 0}, person % 4 == repeated});
+    }
+  }
+  const auto told = [](const FinishedAnalysis& run) { return run.Reports("At rest, but not converged: a score"); };
+  const FinishedAnalysis centered = design.Run();
+  const FinishedAnalysis free = design.Run({"Facets=2", "Noncenter=1,2"});
+  EXPECT_TRUE(told(centered));
+  EXPECT_FALSE(told(free));
+  // Each person meets 3 of 4 items and 1 of 4 without: the logits are ln 3 and -ln 3.
+  EXPECT_NEAR(free.Measure(1, 1), -std::log(3.0), 0.001);
+  EXPECT_NEAR(free.Measure(1, 1) - free.Measure(2, 1), std::log(3.0), 0.001);
+}
+
 TEST(EstimationProperties, DoubledWeightsLeaveMeasuresAndHalveTheErrorVariance) {
   for (const auto& [what, design] : GeneratedDesigns()) {
     SCOPED_TRACE(what);
