@@ -73,6 +73,15 @@ struct LargestResiduals {
 /// Keeps of `detail`, which is of an element or a bias term, what is larger in size than all before it.
 void KeepLargest(const ResidualDetail& detail, IterationSummary& summary, LargestResiduals& largest);
 
+/// Few analyses need so many iterations: the user is told what ends those that never converge.
+constexpr std::int32_t kManyIterations = 1000;
+
+/// Whether an iteration is told where each is as a rule. Behind `kManyIterations` one of so many is: an analysis that
+/// goes on for a night must not fill the disk.
+constexpr bool IsTold(std::int32_t iteration) {
+  return iteration <= kManyIterations || iteration % kManyIterations == 0;
+}
+
 /// Who watches the iterations. The default watches nothing.
 class IterationListener {
  public:

@@ -24,8 +24,6 @@ constexpr float kSmallestProbe = 0.1F;
 constexpr float kNoChange = 0.000001F;
 /// Up to this iteration the element criteria bind the category statistics too.
 constexpr std::int32_t kFirstIterations = 20;
-/// Few analyses need so many: the user is told what ends those that never converge.
-constexpr std::int32_t kManyIterations = 1000;
 /// Estimation of scales rests in the third step of a sequence of priorities.
 constexpr std::int32_t kPriorityWithoutScales = 2;
 
@@ -225,7 +223,7 @@ StepRule JointEstimation::Rule() const {
 
 void JointEstimation::UpdateFacets(std::int32_t priority) {
   trace_.UnconstrainedFacets = 0;
-  trace_.OutOfRangeTold = false;
+  trace_.OutOfRangeTold = !IsTold(control_.Iteration);
   trace_.Recount = false;
   for (const FacetNumber number : analysis_.Facets.all()) {
     const Facet& facet = analysis_.Facets[number];
@@ -269,7 +267,8 @@ bool JointEstimation::GoOn() {
   }
   if (more && control_.Iteration == kManyIterations)
     console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) +
-                         " iterations. Iterations= limits them, Ctrl+F goes on to the report");
+                         " iterations: from here on each" + GeneralText(kManyIterations) +
+                         "th is shown. Iterations= limits them, Ctrl+F goes on to the report");
   const std::int32_t limit = analysis_.Settings.IterationsLimit;
   if (limit <= 0 || control_.Iteration < limit) return more;
   if (more) listener_.LimitReached(limit);

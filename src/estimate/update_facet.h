@@ -31,7 +31,7 @@ struct UpdateTrace {
   std::int32_t UnconstrainedFacets = 0;
   /// An estimate left the range in PROX: go to JMLE at the next chance.
   bool ExtremeSwitch = false;
-  /// The out-of-range warning of this iteration has been given.
+  /// The out-of-range warning of this iteration has been given, or is not to be.
   bool OutOfRangeTold = false;
 };
 

@@ -77,14 +77,27 @@ void IterationLog::Moments(std::string_view label, double mean, double deviation
              .Line());
 }
 
-void IterationLog::Row(const std::string& screenLine, std::string_view tableRow) {
+void IterationLog::Row(std::int32_t iteration, const std::string& screenLine, std::string_view tableRow) {
   const std::string row = Boxed(tableRow);
-  console_.ShowMessage(settings_.T3onscreen ? ToTextBox(row) : screenLine);
+  heldRow_.clear();
+  if (!settings_.T3onscreen) {
+    console_.ShowMessage(screenLine);
+  } else if (IsTold(iteration)) {
+    console_.ShowMessage(ToTextBox(row));
+  } else {
+    heldRow_ = ToTextBox(row);
+  }
   if (!settings_.WriteIterations) return;
   frame_.WriteRule(RuleKind::Middle);
   frame_.WriteRow(screenLine);
   frame_.WriteRule(RuleKind::Middle);
   frame_.WriteRow(row);
+}
+
+void IterationLog::EndTable() {
+  if (!heldRow_.empty()) console_.ShowMessage(heldRow_);
+  heldRow_.clear();
+  frame_.WriteRule(RuleKind::Bottom);
 }
 
 }  // namespace tessaly

@@ -38,9 +38,10 @@ class IterationLog {
   }
   /// "... Mean= S.D.= Count=", with `Write=Y`. `mean` and `deviation` in user units.
   void Moments(std::string_view label, double mean, double deviation, double count);
-  /// What the screen and what the table show of an iteration.
-  void Row(const std::string& screenLine, std::string_view tableRow);
-  void EndTable() { frame_.WriteRule(RuleKind::Bottom); }
+  /// What the screen and what the table show of an iteration. Where the screen shows rows only, one that is not told
+  /// appears if it is the last.
+  void Row(std::int32_t iteration, const std::string& screenLine, std::string_view tableRow);
+  void EndTable();
 
  private:
   std::string ResidualLine(const ResidualDetail& detail, const std::string& label, std::int32_t number) const;
@@ -49,6 +50,8 @@ class IterationLog {
   const Settings& settings_;
   Console& console_;
   TableFrame frame_;
+  /// The row of the last iteration, if the screen has not shown it.
+  std::string heldRow_;
 };
 
 }  // namespace tessaly

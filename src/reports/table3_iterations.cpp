@@ -125,7 +125,7 @@ void IterationTable::FacetUpdated(FacetNumber facet, const RunningMoments& measu
 
 void IterationTable::Iterated(const IterationSummary& summary, const LargestResiduals& largest) {
   WriteLargest(largest);
-  log_.Row(ScreenLine(summary), TableRow(summary));
+  log_.Row(summary.Iteration, ScreenLine(summary), TableRow(summary));
 }
 
 void IterationTable::PriorityStarted(std::int32_t priority) {

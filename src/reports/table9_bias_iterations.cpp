@@ -76,7 +76,7 @@ void BiasIterationTable::Iterated(const IterationSummary& summary, const Largest
   log_.Largest(
       largest, [&](const ResidualDetail& detail) { return TermLabel(detail.Term); },
       [](const ResidualDetail& detail) { return detail.Term.value; });
-  log_.Row(BiasScreenLine(summary), BiasTableRow(summary));
+  log_.Row(summary.Iteration, BiasScreenLine(summary), BiasTableRow(summary));
 }
 
 std::string BiasIterationTable::TermLabel(TermIndex term) const {

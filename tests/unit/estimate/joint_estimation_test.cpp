@@ -116,10 +116,14 @@ TEST(JointEstimation, TellsOnceWhatEndsIterationsWithoutEnd) {
   const auto run = [](const std::string& limit) {
     return Crossed().Run({"Newton=0.005", "Convergence=0.001", "Iterations=" + limit});
   };
-  const std::string line = "Not converged after 1000 iterations. Iterations= limits them, Ctrl+F goes on to the report";
+  const std::string line =
+      "Not converged after 1000 iterations: from here on each 1000th is shown. Iterations= limits them, Ctrl+F goes on "
+      "to the report";
   const FinishedAnalysis longer = run("1200");
-  EXPECT_EQ(longer.Iterations(), 1200);
+  EXPECT_EQ(longer.Iterations(), 1001);  // the first thousand and the last
   EXPECT_EQ(std::count(longer.Messages.begin(), longer.Messages.end(), line), 1);
+  EXPECT_TRUE(std::any_of(longer.Messages.begin(), longer.Messages.end(),
+                          [](const std::string& message) { return message.starts_with("| JMLE1200 "); }));
   const FinishedAnalysis shorter = run("999");
   EXPECT_EQ(std::count(shorter.Messages.begin(), shorter.Messages.end(), line), 0);
 }
