@@ -77,6 +77,14 @@ def handles(process, number):
     return int(re.search(r"SigCgt:\s*(\w+)", status)[1], 16) >> (number - 1) & 1
 
 
+def await_full(pipe):
+    """Waits until nothing more goes into a pipe."""
+    before, waiting = -1, 0
+    while before != waiting or waiting < 1 << 15:
+        time.sleep(0.3)
+        before, waiting = waiting, struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, bytes(4)))[0]
+
+
 class Shell(unittest.TestCase):
     def setUp(self):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
@@ -141,6 +149,26 @@ class Shell(unittest.TestCase):
             self.assertEqual(self.run_program("spec.txt", "Batch=Y", "Residualfile=pipe.txt")[0], 0)
             self.assertEqual(self.run_program("spec.txt", "Batch=Y", "Scorefile=", "Residualfile=./pipe")[0], 0)
             self.assertEqual(reader.stdout.read(), (self.folder / "pipe.txt").read_text())
+
+    def test_stop_signals_end_a_run_whose_report_nobody_reads(self):
+        (self.folder / "spec.txt").write_text(specification(3000))
+        os.mkfifo(self.folder / "pipe")
+        process = self.start("spec.txt", "pipe", "Batch=Y")
+        while process.poll() is None and not handles(process, signal.SIGTERM):
+            time.sleep(0.05)
+        time.sleep(0.3)
+        process.send_signal(signal.SIGTERM)
+        process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 143)
+        # Somebody opens the pipe, and does not empty it.
+        held = os.open(self.folder / "pipe", os.O_RDWR)
+        process = self.start("spec.txt", "pipe", "Batch=Y")
+        await_full(held)
+        process.send_signal(signal.SIGTERM)
+        process.communicate(timeout=60)
+        os.close(held)
+        self.assertEqual(process.returncode, 143)
+        self.assert_nothing_left()
 
     def test_finish_signal_ends_the_iterations_and_the_report_is_written(self):
         process = self.start_long_run()
@@ -245,10 +273,7 @@ class Shell(unittest.TestCase):
     def test_a_pipe_that_nobody_empties_does_not_keep_the_run(self):
         (self.folder / "spec.txt").write_text(specification(3000))
         process = self.start("spec.txt", "Batch=Y", "--request", "table7")
-        before, waiting = -1, 0
-        while before != waiting or waiting < 1 << 15:
-            time.sleep(0.3)
-            before, waiting = waiting, struct.unpack("i", fcntl.ioctl(process.stdout, termios.FIONREAD, bytes(4)))[0]
+        await_full(process.stdout)
         process.send_signal(signal.SIGTERM)
         self.assertEqual(process.wait(timeout=30), 143)
         process.communicate()

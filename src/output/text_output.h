@@ -16,10 +16,11 @@ namespace tessaly {
 /// Writes lines that end in CR LF, as those of the report do. `Close` tells whether all of them reached the disk.
 class TextOutput {
  public:
-  /// Creates or empties `path` as `opening` says; see `OutputFile`. With `control`, polls the user every so many lines.
+  /// Creates or empties `path` as `opening` says; see `OutputFile`. With `control`, polls the user every so many lines
+  /// and before it waits for a pipe.
   explicit TextOutput(std::string path, RunControl* control = nullptr,
                       OutputFile::Opening opening = OutputFile::Opening::Now)
-      : file_(std::in_place, std::move(path), opening), control_(control) {}
+      : file_(std::in_place, std::move(path), opening, PollsWhileWaiting(control)), control_(control) {}
   /// Sends the lines to `screen` instead.
   explicit TextOutput(Console& screen) : screen_(&screen) {}
 

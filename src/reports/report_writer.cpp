@@ -40,7 +40,7 @@ std::string DerivedReportName(std::string_view specFileName, char asciiOption) {
 }
 
 void ReportWriter::OpenReportFile(const std::string& path) {
-  file_.emplace(path);
+  file_.emplace(path, OutputFile::Opening::Now, PollsWhileWaiting(control_));
   form_ = FormOf(path, settings_.AsciiOption);
   webpageStarted_ = false;
 }

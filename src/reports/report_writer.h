@@ -29,7 +29,7 @@ class ReportWriter {
   void OpenReportFile(const std::string& path);
   /// Sends the lines to `screen` as text, in place of a file.
   void OpenScreen(Console& screen);
-  /// Polls the user every so many lines: tables may have a million rows.
+  /// Polls the user every so many lines, for tables may have a million rows, and before it waits for a pipe.
   void PollWith(RunControl& control) { control_ = &control; }
   bool IsOpen() const { return file_.has_value(); }
   ReportForm Form() const { return form_; }

@@ -44,4 +44,12 @@ void RunControl::Slower() {
   }
 }
 
+std::function<bool()> PollsWhileWaiting(RunControl* control) {
+  if (control == nullptr) return nullptr;
+  return [control] {
+    control->Poll();
+    return false;
+  };
+}
+
 }  // namespace tessaly

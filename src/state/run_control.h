@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "support/failure.h"
 #include "support/host.h"
@@ -39,5 +40,9 @@ class RunControl {
   User& user_;
   bool polling_ = false;
 };
+
+/// For what may keep the program waiting (`GivesUp`): polls `control`, so that `Stopped` comes out of the wait. Empty
+/// without `control`.
+std::function<bool()> PollsWhileWaiting(RunControl* control);
 
 }  // namespace tessaly

@@ -19,18 +19,20 @@ namespace {
 constexpr mode_t kNewFileMode = 0666;
 
 /// Not valid, with the reason in `errno`, if the system refuses.
-FileDescriptor OpenToWrite(const std::string& path, int flags) {
-  for (;;) {
+FileDescriptor OpenToWrite(const std::string& path, int flags, const GivesUp& givesUp = nullptr) {
+  while (!givesUp || !givesUp()) {
     FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, kNewFileMode));
     if (file.Valid() || errno != EINTR) return file;
   }
+  errno = EINTR;
+  return FileDescriptor();
 }
 
 }  // namespace
 
-int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)()) {
+int WriteAll(int descriptor, std::string_view bytes, const GivesUp& givesUp) {
   while (!bytes.empty()) {
-    if (givesUp != nullptr && givesUp()) return EINTR;
+    if (givesUp && givesUp()) return EINTR;
     const ssize_t count = write(descriptor, bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) return count < 0 ? errno : ENOSPC;
@@ -53,22 +55,32 @@ void CheckWritable(const std::string& path) {
   if (!existed && realpath(path.c_str(), target) != nullptr) unlink(target);
 }
 
-OutputFile::OutputFile(std::string path, Opening opening)
-    : path_(std::move(path)), waits_(opening == Opening::WithFirstBlock) {
+OutputFile::OutputFile(std::string path, Opening opening, GivesUp givesUp)
+    : path_(std::move(path)), givesUp_(std::move(givesUp)), waits_(opening == Opening::WithFirstBlock) {
   if (waits_) return;
   OpenFile();
   if (error_ != 0) throw SystemFailure(error_);
 }
 
+OutputFile::~OutputFile() {
+  if (!file_.Valid() || error_ != 0) return;
+  fcntl(file_.Get(), F_SETFL, O_NONBLOCK);
+  WriteAll(file_.Get(), block_);
+}
+
 void OutputFile::OpenFile() {
   waits_ = false;
-  file_ = OpenToWrite(path_, O_TRUNC);
+  file_ = OpenToWrite(path_, O_TRUNC, givesUp_);
   if (!file_.Valid()) error_ = errno;
 }
 
 void OutputFile::WriteBlock() {
   if (waits_ && !block_.empty()) OpenFile();
-  if (file_.Valid() && error_ == 0) error_ = WriteAll(file_.Get(), block_);
+  if (file_.Valid() && error_ == 0) {
+    // Stands if `givesUp_` throws: nothing is written any more.
+    error_ = EINTR;
+    error_ = WriteAll(file_.Get(), block_, givesUp_);
+  }
   block_.clear();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -9,9 +10,13 @@
 
 namespace tessaly {
 
+/// Asked before each step that may keep the program waiting, and when a signal comes in it: whether to give up. What it
+/// throws passes through.
+using GivesUp = std::function<bool()>;
+
 /// Writes all of `bytes` to an open file, however small the steps that the system takes. Gives 0, or the system's
-/// error. While `givesUp`, if there is one, says yes, no step is begun: the error is EINTR then.
-int WriteAll(int descriptor, std::string_view bytes, bool (*givesUp)() = nullptr);
+/// error; EINTR if `givesUp`, if there is one, says yes.
+int WriteAll(int descriptor, std::string_view bytes, const GivesUp& givesUp = nullptr);
 
 /// Throws `Halt` with the system's error unless `path` can be written. Leaves the file as it is, or absent.
 void CheckWritable(const std::string& path);
@@ -22,10 +27,11 @@ class OutputFile {
   enum class Opening { Now, WithFirstBlock };
 
   /// Creates or empties `path`, now or when there is something to write: what is refused until then leaves the file as
-  /// it was. Throws `Halt` with the system's error if that is now; otherwise the failure shows at `Close`.
-  explicit OutputFile(std::string path, Opening opening = Opening::Now);
-  /// What was written remains, though nobody can tell whether it reached the disk.
-  ~OutputFile() { WriteBlock(); }
+  /// it was. Throws `Halt` with the system's error if that is now; otherwise the failure shows at `Close`. `givesUp` is
+  /// asked until then, and what it throws comes out of any of the functions.
+  explicit OutputFile(std::string path, Opening opening = Opening::Now, GivesUp givesUp = nullptr);
+  /// What was written remains, though nobody can tell whether it reached the disk. Waits for no pipe.
+  ~OutputFile();
   OutputFile(OutputFile&& other) noexcept = default;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -47,6 +53,7 @@ class OutputFile {
   void WriteBlock();
 
   std::string path_;
+  GivesUp givesUp_;
   bool waits_ = false;
   FileDescriptor file_;
   /// What is not yet written.
