@@ -72,6 +72,9 @@ void OutputFile::OpenFile() {
   waits_ = false;
   file_ = OpenToWrite(path_, O_TRUNC, givesUp_);
   if (!file_.Valid()) error_ = errno;
+  struct stat status = {};
+  // What is on its way to a disk arrives there, also when the program is to end.
+  if (file_.Valid() && fstat(file_.Get(), &status) == 0 && S_ISREG(status.st_mode)) givesUp_ = nullptr;
 }
 
 void OutputFile::WriteBlock() {

@@ -28,7 +28,7 @@ class OutputFile {
 
   /// Creates or empties `path`, now or when there is something to write: what is refused until then leaves the file as
   /// it was. Throws `Halt` with the system's error if that is now; otherwise the failure shows at `Close`. `givesUp` is
-  /// asked until then, and what it throws comes out of any of the functions.
+  /// asked while a pipe or device keeps the program waiting; what it throws comes out of any of the functions.
   explicit OutputFile(std::string path, Opening opening = Opening::Now, GivesUp givesUp = nullptr);
   /// What was written remains, though nobody can tell whether it reached the disk. Waits for no pipe.
   ~OutputFile();

@@ -1,6 +1,8 @@
 #include "support/output_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -68,6 +70,30 @@ TEST(OutputFile, OpensWithItsFirstBlockIfToldSo) {
   OutputFile late(folder.Path() + "none/file", OutputFile::Opening::WithFirstBlock);
   late.Write(std::string(1 << 20, 'x'));
   EXPECT_EQ(ErrorOf(late), ENOENT);
+}
+
+TEST(OutputFile, GivesUpWaitingForPipesAlone) {
+  const TestFolder folder;
+  bool stopped = false;
+  const GivesUp givesUp = [&] { return stopped; };
+  const std::string pipe = folder.Path() + "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), S_IRWXU), 0);
+  const FileDescriptor reader(open(pipe.c_str(), O_RDWR | O_CLOEXEC));
+  OutputFile toPipe(pipe, OutputFile::Opening::Now, givesUp);
+  OutputFile toDisk(folder.Path() + "file", OutputFile::Opening::Now, givesUp);
+  toPipe.Write("lost");
+  toDisk.Write("kept");
+  stopped = true;
+  EXPECT_EQ(ErrorOf(toPipe), EINTR);
+  EXPECT_EQ(ErrorOf(toDisk), 0);
+  EXPECT_EQ(Contents(folder.Path() + "file"), "kept");
+  EXPECT_THROW(OutputFile(pipe, OutputFile::Opening::Now, givesUp), Halt);
+  // Left without `Close`, it does not wait either: this pipe is full.
+  stopped = false;
+  const std::string much(1 << 20, 'x');
+  fcntl(reader.Get(), F_SETFL, O_RDWR | O_NONBLOCK);
+  EXPECT_NE(WriteAll(reader.Get(), much), 0);
+  OutputFile(pipe).Write("lost");
 }
 
 TEST(OutputFile, TryingToWriteChangesNothing) {
