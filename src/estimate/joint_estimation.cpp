@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "data/observation_pass.h"
 #include "estimate/constraint_conflicts.h"
@@ -269,8 +270,10 @@ bool JointEstimation::GoOn() {
     console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) +
                          " iterations: from here on each" + GeneralText(kManyIterations) +
                          "th is shown. Iterations= limits them, Ctrl+F goes on to the report");
-  const std::int32_t limit = analysis_.Settings.IterationsLimit;
-  if (limit <= 0 || control_.Iteration < limit) return more;
+  const std::int32_t asked = analysis_.Settings.IterationsLimit;
+  // Small analyses come as far as a count goes, in some days.
+  const std::int32_t limit = asked > 0 ? asked : std::numeric_limits<std::int32_t>::max();
+  if (control_.Iteration < limit) return more;
   if (more) listener_.LimitReached(limit);
   return false;
 }
