@@ -267,8 +267,8 @@ bool JointEstimation::GoOn() {
     return false;
   }
   if (more && control_.Iteration == kManyIterations)
-    console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) +
-                         " iterations: from here on each" + GeneralText(kManyIterations) +
+    console_.ShowMessage("Not converged after" + GeneralText(kManyIterations) + " iterations: from here on each" +
+                         GeneralText(kManyIterations) +
                          "th is shown. Iterations= limits them, Ctrl+F goes on to the report");
   const std::int32_t asked = analysis_.Settings.IterationsLimit;
   // Small analyses come as far as a count goes, in some days.
